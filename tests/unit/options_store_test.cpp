@@ -1,0 +1,152 @@
+#include "core/options_store.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+using namespace tw;
+
+namespace {
+void put(const QString &path, const QByteArray &d)
+{
+    QFile f(path);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(d);
+}
+QByteArray get(const QString &path)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly)) return {};
+    return f.readAll();
+}
+}  // namespace
+
+TEST(OptionsStore, MissingFilesGiveTheirMessagesAndKeepDefaults)
+{
+    QTemporaryDir d;
+    ColorSettings c;
+    auto r = LoadColors(c, d.path());
+    EXPECT_FALSE(r.ok);
+    EXPECT_EQ(r.message, "Use the Utility Menu Option - Set Window Colors");
+    EXPECT_EQ(c.MenuBack, 0x80000004u);
+    OptionSettings o;
+    SetDefaultOptions(o, d.path());
+    auto r2 = LoadOptions(o, d.path());
+    EXPECT_EQ(r2.message, "Use the Utility Menu Option - Set Program Options");
+    EXPECT_EQ(o.LastFolder, d.path());
+    EXPECT_EQ(o.WindowHeight, 8000);
+}
+
+TEST(OptionsStore, ColoursRoundTripWithSystemColours)
+{
+    QTemporaryDir d;
+    ColorSettings c;
+    c.ListBack = 0x80000017;
+    c.ServiceBack = 0x123456;
+    ASSERT_TRUE(SaveColors(c, d.path()).ok);
+    const QByteArray text = get(d.path() + "/Colors.INI");
+    EXPECT_TRUE(text.endsWith("\r\n"));
+    EXPECT_EQ(text.split(' ').size(), 30);
+    ColorSettings back;
+    back.ListBack = 0;
+    ASSERT_TRUE(LoadColors(back, d.path()).ok);
+    EXPECT_EQ(back.ListBack, 0x80000017u);
+    EXPECT_EQ(back.ServiceBack, 0x123456u);
+    EXPECT_EQ(back.MenuBack, 0x80000004u);
+}
+
+TEST(OptionsStore, TruncatedColoursKeepFieldsReadSoFar)
+{
+    QTemporaryDir d;
+    put(d.path() + "/Colors.INI", "255 65280\r\n");
+    ColorSettings c;
+    auto r = LoadColors(c, d.path());
+    EXPECT_EQ(r.message, "Error Loading Application Window Colors");
+    EXPECT_EQ(c.ServiceBack, 255u);
+    EXPECT_EQ(c.ServiceText, 65280u);
+    EXPECT_EQ(c.MenuBack, 0x80000004u);
+}
+
+TEST(OptionsStore, OptionsRoundTrip)
+{
+    QTemporaryDir d;
+    OptionSettings o;
+    SetDefaultOptions(o, "/prog");
+    o.LastFolder = "/home/u/My Pictures";
+    o.LocalComputerName = "BOX";
+    o.BoldFonts = true;
+    o.MusicLoopDefault = true;
+    o.JpegQuality = 55;
+    ASSERT_TRUE(SaveOptions(o, d.path()).ok);
+    const QByteArray text = get(d.path() + "/Options.INI");
+    EXPECT_EQ(text.count("\r\n"), 4);
+    EXPECT_TRUE(text.endsWith("1 1 1 1 0 0 1 1 1 0 1 1\r\n"));
+    OptionSettings back;
+    SetDefaultOptions(back, "/other");
+    ASSERT_TRUE(LoadOptions(back, d.path()).ok);
+    EXPECT_EQ(back.LastFolder, "/home/u/My Pictures");
+    EXPECT_EQ(back.LocalComputerName, "BOX");
+    EXPECT_TRUE(back.BoldFonts);
+    EXPECT_TRUE(back.MusicLoopDefault);
+    EXPECT_FALSE(back.VideoLoopDefault);
+    EXPECT_EQ(back.JpegQuality, 55);
+}
+
+TEST(OptionsStore, FolderWithACommaComesBackCut)
+{
+    QTemporaryDir d;
+    put(d.path() + "/Options.INI",
+        "0 100 8000 10500 0 2 0 115 115 2 40 0 5000 500 9\r\nPC\r\n/data/Pictures, Old\r\n"
+        "1 1 1 1 0 0 1 1 1 0 0 1\r\n");
+    OptionSettings o;
+    LoadOptions(o, d.path());
+    EXPECT_EQ(o.LastFolder, "/data/Pictures");
+}
+
+TEST(OptionsStore, AFlagOfMinusOneReadsFalse)
+{
+    QTemporaryDir d;
+    put(d.path() + "/Options.INI",
+        "0 100 8000 10500 0 2 0 115 115 2 40 0 5000 500 9\r\nPC\r\n/x\r\n"
+        "-1 1 1 1 0 0 1 1 1 0 0 1\r\n");
+    OptionSettings o;
+    ASSERT_TRUE(LoadOptions(o, d.path()).ok);
+    EXPECT_FALSE(o.BoldFonts);
+    EXPECT_TRUE(o.SaveLastFolder);
+}
+
+TEST(OptionsStore, PartlyReadOptionsLeaveFlagsAtDefaults)
+{
+    QTemporaryDir d;
+    put(d.path() + "/Options.INI", "1 2 3000 4000 0 2 0 115\r\n");
+    OptionSettings o;
+    auto r = LoadOptions(o, d.path());
+    EXPECT_EQ(r.message, "Error Loading Application Options");
+    EXPECT_EQ(o.WindowLeft, 1);
+    EXPECT_EQ(o.WindowWidth, 4000);
+    EXPECT_EQ(o.ThumbCellHeight, 115);
+    EXPECT_TRUE(o.SaveLastFolder);
+    EXPECT_TRUE(o.AutoPicture);
+}
+
+TEST(OptionsStore, BinaryGarbageIsRefusedWithoutCrash)
+{
+    QTemporaryDir d;
+    QByteArray junk;
+    for (int i = 0; i < 4096; ++i) junk += char((i * 37) & 0xff);
+    put(d.path() + "/Options.INI", junk);
+    put(d.path() + "/Colors.INI", junk);
+    OptionSettings o;
+    ColorSettings c;
+    EXPECT_EQ(LoadOptions(o, d.path()).message, "Error Loading Application Options");
+    EXPECT_EQ(LoadColors(c, d.path()).message, "Error Loading Application Window Colors");
+}
+
+TEST(OptionsStore, WriteFailureGivesTheErrorForm)
+{
+    OptionSettings o;
+    auto r = SaveOptions(o, "/nonexistent-folder-for-test/x");
+    EXPECT_FALSE(r.ok);
+    EXPECT_EQ(r.message, "Error: 53 - File not found");
+}
