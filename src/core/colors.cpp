@@ -40,10 +40,17 @@ QColor toQColor(uint32_t c, const QPalette &given)
 void paintPalette(QPalette &pal, uint32_t back, uint32_t text)
 {
     const QColor b = toQColor(back, pal), t = toQColor(text, pal);
+    // Grey text stays for what is disabled, so a grey tool still looks grey.
+    const QColor grey((b.red() + t.red() * 2 + 128 * 3) / 6, (b.green() + t.green() * 2 + 128 * 3) / 6,
+                      (b.blue() + t.blue() * 2 + 128 * 3) / 6);
     for (auto role : {QPalette::Window, QPalette::Base, QPalette::Button, QPalette::AlternateBase})
         pal.setColor(role, b);
+    for (auto group : {QPalette::Active, QPalette::Inactive}) {
+        for (auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+            pal.setColor(group, role, t);
+    }
     for (auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        pal.setColor(role, t);
+        pal.setColor(QPalette::Disabled, role, grey);
 }
 
 }  // namespace tw

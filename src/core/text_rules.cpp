@@ -89,16 +89,13 @@ void DelimitedReader::endField()
 
 std::optional<QByteArray> DelimitedReader::readField(bool numeric)
 {
-    // Leading blanks and empty lines before a value are passed over.
-    for (;;) {
-        skipBlanks();
-        if (p_ < d_.size() && (d_[p_] == '\r' || d_[p_] == '\n')) {
-            ++p_;
-            continue;
-        }
-        break;
-    }
+    // Leading blanks are passed over; a line end straight away ends an empty value.
+    skipBlanks();
     if (p_ >= d_.size() || d_[p_] == '\x1a') return std::nullopt;
+    if (d_[p_] == '\r' || d_[p_] == '\n') {
+        endField();
+        return QByteArray();
+    }
     QByteArray v;
     if (d_[p_] == '"') {
         ++p_;

@@ -64,3 +64,12 @@ TEST(DelimitedReader, NonUtf8BytesSurvive)
     DelimitedReader r(name + "\r\n");
     EXPECT_EQ(pathToBytes(*r.readString()), name);
 }
+
+TEST(DelimitedReader, EmptyLineIsAnEmptyValue)
+{
+    DelimitedReader r("1\r\n\r\n/x\r\n");
+    EXPECT_EQ(*r.readNumber(), 1);
+    EXPECT_EQ(*r.readString(), "");
+    EXPECT_EQ(*r.readString(), "/x");
+    EXPECT_FALSE(r.readString().has_value());
+}
