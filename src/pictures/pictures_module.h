@@ -4,8 +4,11 @@
 
 #include <QObject>
 #include <QString>
+#include <cstdint>
+#include <functional>
 
 class QFrame;
+class QLabel;
 
 namespace tw {
 
@@ -32,11 +35,69 @@ public:
     static QStringList ownedTools();
     void applyColors();
 
+    // --- Routines of the picture side, public as the other windows call them ---
+    void FinishInternetPicture();
+    void CheckInternetPicture();
+    bool IsInViewList(const QString &path) const;
+    void ViewNormal();
+    void ViewStretch();
+    void ViewFit();
+    void ViewSnap();
+    void SnapWindow();
+    void ViewZoom();
+    void ToggleMagnify();
+    void StartMagnify();
+    void StopMagnify();
+    void ViewPan();
+    void RemoveRedEye();
+    void StartRegionMark();
+    void mnuColorFill_Click();
+    void AdjustBrightness();
+    void AdjustContrast();
+    void ResizePicture();
+    void ImageReset();
+    void CopyPicture();
+    // Events of Image1.
+    void Image1_Click();
+    void Image1_DblClick();
+    void Image1_KeyDown(int keyCode, int shift);
+    void Image1_MouseUp(int button);
+    void Image1_ReadyStateChange(int state);
+
+    // Text form of a variable of this side for the scenario runner; false if unknown.
+    bool variableText(const QString &name, QString *out) const;
+
     ImagingControl *Image1 = nullptr;
     ImagingControl *Image2 = nullptr;
+    QFrame *Frame5 = nullptr;   // "Loading File on the Internet ..." over the picture
+    QLabel *Text5 = nullptr;    // the small box past the picture's lower right corner
+
+    // --- State of the picture side, kept for the whole run ---
+    bool AcquiredPicture = false;
+    int32_t FetchStart = 0;
+    bool FetchPending = false;
+    bool ReadyEventSeen = false;
+    bool StretchOn = false;
+    bool MagnifyOn = false;
+    bool PanOn = false;
+    int ZoomValue = 100;
+    bool AnimatedPicture = false;
+    QString LastPicturePath;
+    bool RedEyePending = false;
+
+    // The remote file list's removal of an address, set by the window that owns that list;
+    // the watchdog calls it with the address of a fetch that never came.
+    std::function<void(const QString &address)> RemoveRemoteAddress;
+    // Seconds since midnight; tests replace it to stand at a chosen time.
+    std::function<double()> Clock;
 
 private:
+    void setTool(const QString &id, bool on);
+    void setPointers(int pointer);
+    void stopGlassQuietly();
+    double secondsNow() const;
     Tarnwick1 &w_;
+    QFrame *frame_;
 };
 
 }  // namespace tw
