@@ -6,6 +6,7 @@
 #include "core/errors.h"
 #include "core/options_store.h"
 #include "core/prompt.h"
+#include "core/scenario_hooks.h"
 #include "core/text_rules.h"
 #include "core/toggle_drag.h"
 #include "pictures/imaging_control.h"
@@ -39,6 +40,7 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
 #include <QSplitter>
 #include <QTabBar>
 #include <QTabWidget>
@@ -109,7 +111,92 @@ Tarnwick1::Tarnwick1(const QString &rawCommandLine, QWidget *parent) : QMainWind
     setWindowTitle(AppTitle);
     setPromptParent(this);
     buildControls();
+    registerRoutines();
     startUp(rawCommandLine);
+}
+
+// The public routines of the main window, reachable by name (the scenario runner's "call").
+void Tarnwick1::registerRoutines()
+{
+    auto one = [](const QStringList &a) { return a.value(0); };
+    auto flag = [](const QStringList &a) {
+        const QString v = a.value(0).toLower();
+        return v == QLatin1String("true") || v == QLatin1String("1");
+    };
+    registerScenarioRoutine(QStringLiteral("DisplayFile"), [this, one](const QStringList &a) {
+        DisplayFile(one(a));
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("ResetSession"), [this](const QStringList &) {
+        ResetSession();
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("ShowExplorerItem"), [this](const QStringList &) {
+        ShowExplorerItem();
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("BackToPreviousTab"), [this](const QStringList &) {
+        BackToPreviousTab();
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("SetFileCommands"), [this, flag](const QStringList &a) {
+        SetFileCommands(flag(a));
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("AddViewMenuItem"), [this, one](const QStringList &a) {
+        AddViewMenuItem(one(a));
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("AddDocumentHistory"), [this, one](const QStringList &a) {
+        AddDocumentHistory(one(a));
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("LoadFolderPictures"), [this](const QStringList &) {
+        LoadFolderPictures();
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("OpenWithShell"), [this](const QStringList &) {
+        OpenWithShell();
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("Timer1"), [this](const QStringList &) {
+        runTimer();
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("ApplyColors"), [this](const QStringList &) {
+        ApplyColors();
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("GetThisComputerName"), [this](const QStringList &) {
+        GetThisComputerName();
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("SelectTab"), [this, one](const QStringList &a) {
+        const int i = tabIndex(one(a)) ? tabIndex(one(a)) : one(a).toInt();
+        selectTab(i);
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("SetVariable"), [](const QStringList &a) {
+        // Sets a flag of the shared state, as another window of the program would.
+        const QString n = a.value(0);
+        const bool v = a.value(1).toLower() == QLatin1String("true");
+        if (n == QLatin1String("SwitchToFileTab")) G.SwitchToFileTab = v;
+        else if (n == QLatin1String("FromInternet")) G.FromInternet = v;
+        else if (n == QLatin1String("VideoListChanged")) G.VideoListChanged = v;
+        else if (n == QLatin1String("MusicListChanged")) G.MusicListChanged = v;
+        else if (n == QLatin1String("DocumentsAsSource")) G.Options.DocumentsAsSource = v;
+        else if (n == QLatin1String("SaveLastFolder")) G.Options.SaveLastFolder = v;
+        else return QStringLiteral("no settable variable ") + n;
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("Activate"), [this](const QStringList &) {
+        activated();
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("SetPictureChanged"), [this, flag](const QStringList &a) {
+        PictureChanged = flag(a);
+        return QString();
+    });
 }
 
 Tarnwick1::~Tarnwick1()
@@ -290,8 +377,15 @@ void Tarnwick1::buildControls()
     p8->setContentsMargins(0, 0, 0, 0);
     p8->addWidget(Frame1[8]);
     auto *f8 = new QVBoxLayout(Frame1[8]);
-    Tools = new ToolsTab(*this, Frame1[8]);
-    f8->addWidget(Tools);
+    f8->setContentsMargins(0, 0, 0, 0);
+    // The colour table and the option pages scroll on a small window.
+    auto *toolsScroll = new QScrollArea(Frame1[8]);
+    toolsScroll->setObjectName(QStringLiteral("ToolsScroll"));
+    toolsScroll->setWidgetResizable(true);
+    toolsScroll->setFrameShape(QFrame::NoFrame);
+    Tools = new ToolsTab(*this, toolsScroll);
+    toolsScroll->setWidget(Tools);
+    f8->addWidget(toolsScroll);
 
     List7 = new QListWidget(this);
     List7->setObjectName(QStringLiteral("List7"));
@@ -371,8 +465,8 @@ void Tarnwick1::startUp(const QString &raw)
     if (o.WindowLeft < 0) o.WindowLeft = 800;
     if (o.WindowTop > 6600) o.WindowTop = 6600;
     if (o.WindowTop < 0) o.WindowTop = 600;
-    setGeometry(int(o.WindowLeft / 15), int(o.WindowTop / 15), int(o.WindowWidth / 15),
-                int(o.WindowHeight / 15));
+    move(int(o.WindowLeft / 15), int(o.WindowTop / 15));
+    resize(int(o.WindowWidth / 15), int(o.WindowHeight / 15));
 
     // 11. The splitter of the Find tab.
     placeSplitter();
@@ -1195,8 +1289,8 @@ void Tarnwick1::shutDown()
     }
     // 3. Geometry in twips.
     const QRect g = geometry();
-    G.Options.WindowLeft = g.x() * 15;
-    G.Options.WindowTop = g.y() * 15;
+    G.Options.WindowLeft = frameGeometry().x() * 15;
+    G.Options.WindowTop = frameGeometry().y() * 15;
     G.Options.WindowHeight = g.height() * 15;
     G.Options.WindowWidth = g.width() * 15;
     // 4. The folder of the list.

@@ -147,6 +147,7 @@ protected:
 
 private:
     void startUp(const QString &raw);
+    void registerRoutines();
     void buildControls();
     void FirstActivation();
     void OnTabLeaving(int newTab, int oldTab);

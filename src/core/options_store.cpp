@@ -37,8 +37,12 @@ StoreResult writeFile(const QString &path, const QByteArray &data)
     StoreResult r;
     FILE *f = std::fopen(QFile::encodeName(path).constData(), "wb");
     if (!f) {
+        const int err = errno;
         r.ok = false;
-        r.error = errorNumberFromErrno(errno);
+        r.error = errorNumberFromErrno(err);
+        // A folder that is not there is a path not found, not a file not found.
+        if (err == ENOENT && !QFileInfo(QFileInfo(path).absolutePath()).isDir())
+            r.error = ErrPathNotFound;
         r.message = QStringLiteral("Error: ") + QString::number(r.error) + QStringLiteral(" - ")
                     + errorDescription(r.error);
         return r;

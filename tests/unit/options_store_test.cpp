@@ -148,5 +148,5 @@ TEST(OptionsStore, WriteFailureGivesTheErrorForm)
     OptionSettings o;
     auto r = SaveOptions(o, "/nonexistent-folder-for-test/x");
     EXPECT_FALSE(r.ok);
-    EXPECT_EQ(r.message, "Error: 53 - File not found");
+    EXPECT_EQ(r.message, "Error: 76 - Path not found");
 }
