@@ -10,6 +10,7 @@
 #include "core/colors.h"
 #include "core/globals.h"
 #include "core/prompt.h"
+#include "core/scenario_hooks.h"
 
 #include <QKeyEvent>
 #include <QSplitter>
@@ -112,9 +113,13 @@ BrowseModule::BrowseModule(Tarnwick1 &w, QSplitter *splitter1) : QObject(&w), w_
     if (w_.ToolBarComp1)
         for (int pos = 1; pos <= 7; ++pos)
             if (QToolBar *bar = w_.ToolBarComp1->toolbar(pos)) bar->installEventFilter(this);
+
+    // The search variables, readable by name from a scenario.
+    registerScenarioVariables(QStringLiteral("browse"),
+                              [this](const QString &name, QString *out) { return variableText(name, out); });
 }
 
-BrowseModule::~BrowseModule() = default;
+BrowseModule::~BrowseModule() { unregisterScenarioVariables(QStringLiteral("browse")); }
 
 QStringList BrowseModule::ownedTools()
 {
