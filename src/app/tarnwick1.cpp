@@ -1333,6 +1333,24 @@ bool Tarnwick1::windowVariableText(const QString &name, QString *out) const
         if (i < 1 || i > 6) return false;
         *out = Args.CommandArg[i - 1];
     } else if (name == QLatin1String("LocalComputerName")) *out = G.Options.LocalComputerName;
+    else if (name == QLatin1String("ClockOnTools"))
+        *out = b(!Tools->Label2[6]->text().isEmpty() && !Tools->Label2[7]->text().isEmpty());
+    else if (name == QLatin1String("ClockOnSlide"))
+        *out = b(!SlideClock[0]->text().isEmpty() && !SlideClock[1]->text().isEmpty());
+    else if (name == QLatin1String("MenuOrder")) {
+        QStringList ids;
+        for (QAction *a : menuBar()->actions()) ids << a->objectName();
+        *out = ids.join(u' ');
+    } else if (name.endsWith(QLatin1String("Menu"))) {
+        // The tools of one menu in order, "|" for a separator.
+        const QString id = QStringLiteral("ID_mnu") + name.left(name.size() - 4);
+        QMenu *m = ToolBarComp1->menu(id);
+        if (!m) return false;
+        QStringList ids;
+        for (QAction *a : m->actions())
+            ids << (a->isSeparator() ? QStringLiteral("|") : a->objectName());
+        *out = ids.join(u' ');
+    }
     else return false;
     return true;
 }

@@ -1,0 +1,190 @@
+// Window tests of the main window: the tool click rule, the timer, the hold-to-drag button.
+#include "app/tarnwick1.h"
+#include "app/tool_manager.h"
+#include "app/tools_tab.h"
+#include "core/options_store.h"
+#include "core/tool_table.h"
+#include "core/toggle_drag.h"
+
+#include <QAction>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+#include <clocale>
+
+using namespace tw;
+
+class MainWindowTest : public QObject {
+    Q_OBJECT
+    Tarnwick1 *w = nullptr;
+
+private slots:
+    void init()
+    {
+        // Settings in place so no box interrupts the window's start.
+        const QString dir = QDir::homePath() + QStringLiteral("/.local/share/tarnwick");
+        qputenv("XDG_DATA_HOME", (QDir::homePath() + QStringLiteral("/.local/share")).toLocal8Bit());
+        QDir().mkpath(dir);
+        ColorSettings c;
+        SaveColors(c, dir);
+        OptionSettings o;
+        SetDefaultOptions(o, dir);
+        SaveOptions(o, dir);
+        w = new Tarnwick1(QString());
+        w->show();
+        w->activated();
+    }
+    void cleanup()
+    {
+        delete w;
+        w = nullptr;
+    }
+
+    void settingAToolFromCodeRaisesTheClick()
+    {
+        QSignalSpy spy(w->ToolBarComp1, &ToolManager::toolClicked);
+        G.SuppressToolCommand = false;
+        w->ToolBarComp1->press(QStringLiteral("ID_Details"));
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(spy.at(0).at(0).toString(), QStringLiteral("ID_Details"));
+        QVERIFY(w->ToolBarComp1->isChecked(QStringLiteral("ID_Details")));
+    }
+
+    void suppressedChangeOnlyMovesTheCheckMark()
+    {
+        QSignalSpy spy(w->ToolBarComp1, &ToolManager::toolClicked);
+        G.SuppressToolCommand = true;
+        w->ToolBarComp1->press(QStringLiteral("ID_SmallIcons"));
+        G.SuppressToolCommand = false;
+        QCOMPARE(spy.count(), 0);
+        QVERIFY(w->ToolBarComp1->isChecked(QStringLiteral("ID_SmallIcons")));
+        QVERIFY(!w->ToolBarComp1->isChecked(QStringLiteral("ID_Details")));
+    }
+
+    void routerIgnoresClicksWhileSuppressed()
+    {
+        w->selectTab(3);
+        G.SuppressToolCommand = true;
+        w->ToolBarComp1->action(QStringLiteral("ID_mnuFileBackPrevious"))->trigger();
+        w->OnToolClick(QStringLiteral("ID_mnuFileBackPrevious"));
+        G.SuppressToolCommand = false;
+        QCOMPARE(w->selectedTab(), 3);
+        w->ToolBarComp1->action(QStringLiteral("ID_mnuFileBackPrevious"))->trigger();
+        QCOMPARE(w->selectedTab(), 1);
+    }
+
+    void everyToolOfTheTableExists()
+    {
+        for (const ToolDef &d : toolTable()) {
+            QVERIFY2(w->ToolBarComp1->has(d.id), qPrintable(d.id));
+            // The display tools (date, time, filter name) change their captions as they run.
+            if (d.kind != ToolKind::Label) QCOMPARE(w->ToolBarComp1->caption(d.id), d.caption);
+        }
+        // Filter rows became tools of their own category.
+        QCOMPARE(w->ToolBarComp1->toolsOfCategory(QStringLiteral("FilterList")).size(), 36);
+    }
+
+    void shortcutsComeFromTheToolTips()
+    {
+        QCOMPARE(shortcutFromTip(QStringLiteral("Find Pictures and Multimedia Files - F2")), QStringLiteral("F2"));
+        QCOMPARE(shortcutFromTip(QStringLiteral("Stop ThumbNail Loading - Shift+Ctrl+F1")), QStringLiteral("Shift+Ctrl+F1"));
+        QCOMPARE(shortcutFromTip(QStringLiteral("Filter Files by File Types and Groups - Ctrl H")), QStringLiteral("Ctrl+H"));
+        QCOMPARE(shortcutFromTip(QStringLiteral("Go Back to Previous Picture - Shift F7")), QStringLiteral("Shift+F7"));
+        QCOMPARE(shortcutFromTip(QStringLiteral("Select File to View or Play")), QString());
+        QCOMPARE(w->ToolBarComp1->action(QStringLiteral("ID_Collapse"))->shortcut(), QKeySequence(QStringLiteral("Shift+Del")));
+        QCOMPARE(w->ToolBarComp1->action(QStringLiteral("ID_Select"))->shortcut(), QKeySequence());
+    }
+
+    void timerWritesTheToolsOrTheLabels()
+    {
+        w->ToolBarComp1->setCaption(QStringLiteral("ID_Date"), QString());
+        w->runTimer();
+        QVERIFY(!w->ToolBarComp1->caption(QStringLiteral("ID_Date")).isEmpty());
+        QVERIFY(!w->ToolBarComp1->caption(QStringLiteral("ID_Time")).isEmpty());
+        // On tab 6 the tools are not written.
+        w->selectTab(6);
+        w->ToolBarComp1->setCaption(QStringLiteral("ID_Date"), QString());
+        w->runTimer();
+        QVERIFY(w->ToolBarComp1->caption(QStringLiteral("ID_Date")).isEmpty());
+        // On tab 8 the labels 6 and 7 of the Tools tab take them.
+        w->selectTab(8);
+        w->Tools->Label2[6]->clear();
+        w->runTimer();
+        QVERIFY(!w->Tools->Label2[6]->text().isEmpty());
+        QVERIFY(w->ToolBarComp1->caption(QStringLiteral("ID_Date")).isEmpty());
+        // On tab 5 the tools and the slide labels both take them.
+        w->selectTab(5);
+        w->runTimer();
+        QVERIFY(!w->SlideClock[0]->text().isEmpty());
+        QVERIFY(!w->ToolBarComp1->caption(QStringLiteral("ID_Date")).isEmpty());
+        QVERIFY(w->Timer1->isActive());
+        QCOMPARE(w->Timer1->interval(), 900);
+    }
+
+    void thumbnailSizesShowInCentimetres()
+    {
+        const QString h = w->Tools->Text4[0]->text();
+        QCOMPARE(h, QString::number(115 / (w->ThumbScaleY / 15), 'f', 2));
+        QVERIFY(qAbs(w->ThumbScaleX - 1.4 * 544.26 * w->ScreenRatioX) < 1e-9);
+    }
+};
+
+// The hold-to-drag rule of the button over the picture, with the clock given.
+class ToggleDragTest : public QObject {
+    Q_OBJECT
+private slots:
+    void aQuarterSecondExactlyDoesNotDrag()
+    {
+        ToggleDrag t;
+        t.mouseDown(10.0);
+        QVERIFY(!t.mouseMove(10.25));
+        QVERIFY(!t.dragging());
+        t.mouseUp();
+        QVERIFY(!t.armed());
+    }
+    void longerThanAQuarterDrags()
+    {
+        ToggleDrag t;
+        t.mouseDown(10.0);
+        QVERIFY(!t.mouseMove(10.1));
+        QVERIFY(t.mouseMove(10.26));
+        QVERIFY(t.dragging());
+        QVERIFY(t.drop(true));
+    }
+    void dropAfterAPlainClickChangesNothing()
+    {
+        ToggleDrag t;
+        t.mouseDown(1.0);
+        t.mouseUp();
+        QVERIFY(!t.drop(true));
+    }
+    void dropElsewhereDoesNotMove()
+    {
+        ToggleDrag t;
+        t.mouseDown(1.0);
+        QVERIFY(t.mouseMove(2.0));
+        QVERIFY(!t.drop(false));
+        QVERIFY(!t.armed());
+    }
+};
+
+int main(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    std::setlocale(LC_NUMERIC, "C");
+    int rc = 0;
+    {
+        MainWindowTest t;
+        rc |= QTest::qExec(&t, argc, argv);
+    }
+    {
+        ToggleDragTest t;
+        rc |= QTest::qExec(&t, argc, argv);
+    }
+    return rc;
+}
+
+#include "main_window_test.moc"
