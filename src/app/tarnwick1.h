@@ -88,6 +88,8 @@ public:
     void activated();
     void OnToolDropDown(const QString &id);
     void AddFilterMenuItem(const QString &name);
+    // The help window on one topic ("finding", "pictures", ...).
+    void showHelpTopic(const QString &topic);
     bool loadPlayList(const QString &file, QListWidget *entries);
     bool savePlayList(const QString &file, QListWidget *entries);
     void placeSplitter();
@@ -165,7 +167,7 @@ private:
     QString playListFile(const QString &name, const QString &folder) const;
     void contextHelp(const QString &id);
     void showHelp(bool search);
-    void showHelpTopic(const QString &topic);
+
     bool shutDownDone_ = false;
     bool hourglassUp_ = false;
     bool programDirWritable_ = true;
