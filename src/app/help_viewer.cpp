@@ -103,4 +103,6 @@ void HelpViewer::showTopic(const QString &keyword)
 
 QString HelpViewer::currentPage() const { return page_->source().toString(); }
 
+QString HelpViewer::currentTitle() const { return page_->documentTitle(); }
+
 }  // namespace tw

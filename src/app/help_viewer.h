@@ -18,6 +18,7 @@ public:
     void showTopic(const QString &keyword);
     bool ready() const { return ready_; }
     QString currentPage() const;
+    QString currentTitle() const;
 
 private:
     QHelpEngine *engine_ = nullptr;

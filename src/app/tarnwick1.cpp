@@ -1333,6 +1333,8 @@ bool Tarnwick1::windowVariableText(const QString &name, QString *out) const
         if (i < 1 || i > 6) return false;
         *out = Args.CommandArg[i - 1];
     } else if (name == QLatin1String("LocalComputerName")) *out = G.Options.LocalComputerName;
+    else if (name == QLatin1String("HelpPage")) *out = help_ ? help_->currentPage() : QString();
+    else if (name == QLatin1String("HelpTitle")) *out = help_ ? help_->currentTitle() : QString();
     else if (name == QLatin1String("ClockOnTools"))
         *out = b(!Tools->Label2[6]->text().isEmpty() && !Tools->Label2[7]->text().isEmpty());
     else if (name == QLatin1String("ClockOnSlide"))
