@@ -150,3 +150,38 @@ TEST(OptionsStore, WriteFailureGivesTheErrorForm)
     EXPECT_FALSE(r.ok);
     EXPECT_EQ(r.message, "Error: 76 - Path not found");
 }
+
+TEST(OptionsStore, EnormousFilesAreReadWithoutTrouble)
+{
+    QTemporaryDir d;
+    // Valid fields followed by 24 MB more: the fields needed are read, the rest never is.
+    QByteArray tail;
+    tail.reserve(24 << 20);
+    while (tail.size() < (24 << 20)) tail += "7 ";
+    put(d.path() + "/Options.INI",
+        "0 100 8000 10500 0 2 0 115 115 2 40 0 5000 500 9\r\nPC\r\n/x\r\n1 1 1 1 0 0 1 1 1 0 0 1\r\n" + tail);
+    put(d.path() + "/Colors.INI", tail);
+    OptionSettings o;
+    ColorSettings c;
+    EXPECT_TRUE(LoadOptions(o, d.path()).ok);
+    EXPECT_EQ(o.LastFolder, "/x");
+    EXPECT_TRUE(o.BoldFonts);
+    EXPECT_TRUE(LoadColors(c, d.path()).ok);
+    EXPECT_EQ(c.ButtonText, 7u);
+    // One enormous line: the string fields swallow it and the read runs out.
+    put(d.path() + "/Options.INI", tail);
+    OptionSettings o2;
+    EXPECT_EQ(LoadOptions(o2, d.path()).message, "Error Loading Application Options");
+    EXPECT_EQ(o2.JpegQuality, 7);
+}
+
+TEST(OptionsStore, ANumberTooLargeForItsFieldCannotBeRead)
+{
+    QTemporaryDir d;
+    put(d.path() + "/Options.INI",
+        "0 100 8000 10500 0 2 99999 115 115 2 40 0 5000 500 9\r\nPC\r\n/x\r\n0 1 1 1 0 0 1 1 1 0 0 1\r\n");
+    OptionSettings o;
+    EXPECT_EQ(LoadOptions(o, d.path()).message, "Error Loading Application Options");
+    EXPECT_EQ(o.LabelTextStyle, 0);
+    EXPECT_EQ(o.MenuStyle, 2);
+}
