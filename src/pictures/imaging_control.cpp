@@ -94,6 +94,8 @@ ImagingControl::~ImagingControl() {
 void ImagingControl::setPicture(const Picture &p) {
     pic_ = p;  // QImage shares pixels until written: the copy costs nothing now
     frame_ = 0;
+    region_ = QPainterPath();  // a marked region belongs to the picture it was drawn on
+    markingNow_ = false;
     pictureReplaced();
 }
 
@@ -465,15 +467,22 @@ void ImagingControl::setScrollPosition(const QPoint &p) {
 }
 
 void ImagingControl::updateScrollBars() {
+    // Showing a scroll bar resizes the viewport, which comes back here: one pass at a time,
+    // and a policy is only set when it changes (setting it lays the children out again).
+    if (inScrollUpdate_) return;
+    inScrollUpdate_ = true;
+    auto policy = [this](Qt::ScrollBarPolicy p) {
+        if (horizontalScrollBarPolicy() != p) setHorizontalScrollBarPolicy(p);
+        if (verticalScrollBarPolicy() != p) setVerticalScrollBarPolicy(p);
+    };
     if (pic_.isNull() || sizeMode_ != SizeNormal) {
         horizontalScrollBar()->setRange(0, 0);
         verticalScrollBar()->setRange(0, 0);
-        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        policy(Qt::ScrollBarAlwaysOff);
+        inScrollUpdate_ = false;
         return;
     }
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    policy(Qt::ScrollBarAsNeeded);
     const QSizeF d = displaySize();
     const QSize vp = viewport()->size();
     horizontalScrollBar()->setRange(0, std::max(0, int(std::ceil(d.width())) - vp.width()));
@@ -482,6 +491,7 @@ void ImagingControl::updateScrollBars() {
     verticalScrollBar()->setPageStep(vp.height());
     horizontalScrollBar()->setSingleStep(20);
     verticalScrollBar()->setSingleStep(20);
+    inScrollUpdate_ = false;
 }
 
 const QImage &ImagingControl::scaledCache(const QSize &size) const {
@@ -555,6 +565,28 @@ void ImagingControl::scrollContentsBy(int, int) {
     emit scrolled();
 }
 
+bool ImagingControl::event(QEvent *e) {
+    // Mouse events that reach the control's own frame rather than its viewport (a click
+    // on the border, or one sent to the control as a whole) count as the viewport's.
+    switch (e->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove: {
+        auto *me = static_cast<QMouseEvent *>(e);
+        QMouseEvent mapped(me->type(), viewport()->mapFrom(this, me->position()), me->globalPosition(),
+                           me->button(), me->buttons(), me->modifiers());
+        if (e->type() == QEvent::MouseButtonPress) mousePressEvent(&mapped);
+        else if (e->type() == QEvent::MouseButtonRelease) mouseReleaseEvent(&mapped);
+        else if (e->type() == QEvent::MouseButtonDblClick) mouseDoubleClickEvent(&mapped);
+        else mouseMoveEvent(&mapped);
+        return true;
+    }
+    default:
+        return QAbstractScrollArea::event(e);
+    }
+}
+
 bool ImagingControl::viewportEvent(QEvent *e) {
     if (e->type() == QEvent::Resize) updateScrollBars();
     return QAbstractScrollArea::viewportEvent(e);
@@ -568,6 +600,7 @@ void ImagingControl::mousePressEvent(QMouseEvent *e) {
         if (markingMode_ == 3 && !pic_.isNull()) {
             markingNow_ = true;
             markStart_ = toBitmap(e->position());
+            regionBeforeMark_ = region_;
             region_ = QPainterPath();
             viewport()->update();
         } else if (dragPan_ && !magnifier_) {
@@ -601,14 +634,15 @@ void ImagingControl::mouseReleaseEvent(QMouseEvent *e) {
     const int button = e->button() == Qt::LeftButton ? 1 : e->button() == Qt::RightButton ? 2 : 4;
     if (markingNow_) {
         markingNow_ = false;
+        // A click without a drag draws nothing and keeps the region marked before.
         const QRectF r = region_.boundingRect();
-        if (r.width() < 1 || r.height() < 1) region_ = QPainterPath();
+        if (r.width() < 1 || r.height() < 1) region_ = regionBeforeMark_;
         viewport()->update();
     }
     dragging_ = false;
     const QPointF bp = toBitmap(e->position());
     emit mouseUp(button, shift, toUnit(bp.x()), toUnit(bp.y()));
-    if (e->button() == Qt::LeftButton && viewport()->rect().contains(e->position().toPoint()))
+    if (e->button() == Qt::LeftButton && rect().contains(e->position().toPoint() + viewport()->pos()))
         emit clicked();
     e->accept();
 }

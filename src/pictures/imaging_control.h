@@ -210,6 +210,7 @@ protected:
     void leaveEvent(QEvent *e) override;
     void scrollContentsBy(int dx, int dy) override;
     bool viewportEvent(QEvent *e) override;
+    bool event(QEvent *e) override;
 
 private:
     void pictureReplaced();
@@ -242,12 +243,13 @@ private:
     uint32_t back_ = 0xFFFFFF, second_ = 0x000000;
     int border_ = 0, look3D_ = 0, displayOption_ = 0;
     bool repaintOwed_ = false;
+    bool inScrollUpdate_ = false;
 
     // mouse
     bool dragging_ = false;
     QPoint dragStart_, scrollStart_;
     int markingMode_ = 0;
-    QPainterPath region_;
+    QPainterPath region_, regionBeforeMark_;
     QPointF markStart_;
     bool markingNow_ = false;
     int fillStyle_ = 0;

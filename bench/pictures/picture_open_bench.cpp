@@ -1,0 +1,134 @@
+// Opening a 24-megapixel JPEG until its first paint, in Normal and in Fit mode, against
+// djpeg decoding the same file in the same run; peak memory while it is shown; and the
+// time of one repaint during keyboard zoom and pan. A timed run, not a test.
+#include "pictures/imaging_control.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QScrollBar>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <cstdio>
+
+using namespace tw;
+
+namespace {
+
+long peakKiB(const char *key) {
+    QFile f(QStringLiteral("/proc/self/status"));
+    if (!f.open(QIODevice::ReadOnly)) return -1;
+    for (const QByteArray &line : f.readAll().split('\n'))
+        if (line.startsWith(key)) return line.mid(int(strlen(key))).trimmed().split(' ').first().toLong();
+    return -1;
+}
+
+void resetPeak() {
+    QFile f(QStringLiteral("/proc/self/clear_refs"));
+    if (f.open(QIODevice::WriteOnly)) f.write("5");
+}
+
+double djpegMs(const QString &file) {
+    double best = 1e9;
+    for (int i = 0; i < 3; ++i) {
+        QElapsedTimer t;
+        t.start();
+        QProcess p;
+        p.start(QStringLiteral("djpeg"), {QStringLiteral("-outfile"), QStringLiteral("/dev/null"), file});
+        p.waitForFinished(-1);
+        best = std::min(best, t.nsecsElapsed() / 1e6);
+    }
+    return best;
+}
+
+double openUntilPaint(const QString &file, int sizeMode) {
+    double best = 1e9;
+    for (int i = 0; i < 3; ++i) {
+        QWidget frame;
+        frame.resize(1024, 700);
+        auto *c = new ImagingControl(&frame);
+        c->resize(1000, 680);
+        c->setSizeMode(sizeMode);
+        frame.show();
+        QApplication::processEvents();
+        const int before = c->paintCount();
+        QElapsedTimer t;
+        t.start();
+        if (c->load(file, 0, 1, 1) != 0) return -1;
+        c->getFileInfo(file, 1, 0);
+        while (c->paintCount() == before) QApplication::processEvents(QEventLoop::AllEvents, 5);
+        best = std::min(best, t.nsecsElapsed() / 1e6);
+    }
+    return best;
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+    QApplication app(argc, argv);
+    QTextStream out(stdout);
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("big.jpg"));
+    QProcess gen;
+    gen.start(QFile::exists(QStringLiteral("/usr/bin/convert")) ? QStringLiteral("/usr/bin/convert")
+                                                                : QStringLiteral("convert"),
+              {QStringLiteral("-size"), QStringLiteral("6000x4000"), QStringLiteral("gradient:navy-orange"),
+               QStringLiteral("-attenuate"), QStringLiteral("0.4"), QStringLiteral("+noise"),
+               QStringLiteral("Gaussian"), QStringLiteral("-quality"), QStringLiteral("90"),
+               QStringLiteral("JPEG:") + file});
+    gen.waitForFinished(-1);
+    if (!QFile::exists(file)) {
+        out << "could not make the sample picture\n";
+        return 1;
+    }
+    const double djpeg = djpegMs(file);
+    const double normal = openUntilPaint(file, ImagingControl::SizeNormal);
+    const double fit = openUntilPaint(file, ImagingControl::SizeFit);
+    out << "file: 6000x4000 JPEG, " << QFile(file).size() / 1024 << " KiB\n";
+    out << "djpeg to /dev/null:        " << djpeg << " ms\n";
+    out << "open to first paint, Normal: " << normal << " ms  (" << normal / djpeg << " x djpeg)\n";
+    out << "open to first paint, Fit:    " << fit << " ms  (" << fit / djpeg << " x djpeg)\n";
+
+    // Memory while the picture is shown.
+    const long base = peakKiB("VmRSS:");
+    resetPeak();
+    QWidget frame;
+    frame.resize(1024, 700);
+    auto *c = new ImagingControl(&frame);
+    c->resize(1000, 680);
+    frame.show();
+    c->load(file, 0, 1, 1);
+    ImagingControl copy;  // the untouched copy the picture tab keeps
+    copy.assignFrom(*c);
+    c->repaint();
+    QApplication::processEvents();
+    const long hwm = peakKiB("VmHWM:");
+    const double rgba = 6000.0 * 4000.0 * 4.0 / 1024.0;
+    out << "decoded RGBA size: " << rgba / 1024 << " MiB\n";
+    out << "peak RSS while shown: " << hwm / 1024 << " MiB = " << hwm / rgba
+        << " x RGBA (process before the load: " << base / 1024 << " MiB; growth " << (hwm - base) / rgba
+        << " x)\n";
+
+    // Keyboard zoom: +5 % steps, one synchronous repaint each; pan: 40-pixel drags.
+    QElapsedTimer t;
+    int zoom = 100;
+    t.start();
+    for (int i = 0; i < 20; ++i) {
+        zoom += 5;
+        c->setZoomPercent(zoom);
+        c->viewport()->repaint();
+    }
+    out << "keyboard zoom repaint: " << t.nsecsElapsed() / 1e6 / 20 << " ms each\n";
+    t.restart();
+    for (int i = 0; i < 50; ++i) {
+        c->setScrollPosition(c->scrollPosition() + QPoint(40, 25));
+        c->viewport()->repaint();
+    }
+    out << "pan repaint: " << t.nsecsElapsed() / 1e6 / 50 << " ms each\n";
+    c->setSizeMode(ImagingControl::SizeFit);
+    t.restart();
+    for (int i = 0; i < 20; ++i) c->viewport()->repaint();
+    out << "fit repaint (cached): " << t.nsecsElapsed() / 1e6 / 20 << " ms each\n";
+    return 0;
+}
