@@ -927,6 +927,8 @@ void Tarnwick1::OnTabLeaving(int newTab, int oldTab)
         if (!G.CurrentFile.trimmed().isEmpty()) G.SelectedFile = G.CurrentFile;
         ToolBarComp1->setToolbarVisible(3, true);
         if (List3->currentRow() >= 0) ToolBarComp1->press(List3->currentItem()->text());
+        // Last: a remote picture still owed its verdict.
+        Pictures->CheckInternetPicture();
     } else if (key == QLatin1String("Videos")) {
         G.CurrentPlayer = QStringLiteral("0");
         ToolBarComp1->setCaption(QStringLiteral("ID_StopVideo"), QStringLiteral("Stop Video"));
@@ -1333,6 +1335,8 @@ bool Tarnwick1::windowVariableText(const QString &name, QString *out) const
         if (i < 1 || i > 6) return false;
         *out = Args.CommandArg[i - 1];
     } else if (name == QLatin1String("LocalComputerName")) *out = G.Options.LocalComputerName;
+    else if (name == QLatin1String("ToggleBtnLeft")) *out = QString::number(ToggleBtn->x());
+    else if (name == QLatin1String("ToggleBtnTop")) *out = QString::number(ToggleBtn->y());
     else if (name == QLatin1String("HelpPage")) *out = help_ ? help_->currentPage() : QString();
     else if (name == QLatin1String("HelpTitle")) *out = help_ ? help_->currentTitle() : QString();
     else if (name == QLatin1String("ClockOnTools"))

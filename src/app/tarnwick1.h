@@ -93,6 +93,8 @@ public:
     bool loadPlayList(const QString &file, QListWidget *entries);
     bool savePlayList(const QString &file, QListWidget *entries);
     void placeSplitter();
+    // The button over the picture is being dragged (held longer than a click).
+    bool togglingDrag() const { return toggleDrag_.dragging(); }
 
     // Text form of a per-window variable for the scenario runner.
     bool windowVariableText(const QString &name, QString *out) const;

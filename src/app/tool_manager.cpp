@@ -159,6 +159,8 @@ void ToolManager::build(const QString &imageDir)
     }
 }
 
+ToolManager::~ToolManager() { qDeleteAll(tools_); }
+
 Tool *ToolManager::tool(const QString &id) const { return tools_.value(id, nullptr); }
 
 QAction *ToolManager::action(const QString &id) const

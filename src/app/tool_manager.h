@@ -31,6 +31,7 @@ class ToolManager : public QObject {
     Q_OBJECT
 public:
     explicit ToolManager(QMainWindow *window);
+    ~ToolManager() override;
 
     // Builds every tool, the menus and the seven toolbar positions.
     void build(const QString &imageDir);

@@ -46,10 +46,9 @@ QImage downscale(const QImage &src, const QSize &target) {
 int windowsKeyCode(const QKeyEvent *e) {
     const int k = e->key();
     const bool keypad = e->modifiers() & Qt::KeypadModifier;
-    // Plus and minus count as the numeric pad's keys: on the main keyboard plus needs
-    // Shift, and test drivers send both without the keypad flag.
-    if (k == Qt::Key_Plus) return 107;
-    if (k == Qt::Key_Minus) return 109;
+    // Plus and minus of the numeric pad are 107 and 109; those of the main keyboard 187, 189.
+    if (k == Qt::Key_Plus) return keypad ? 107 : 187;
+    if (k == Qt::Key_Minus) return keypad ? 109 : 189;
     if (k == Qt::Key_Asterisk && keypad) return 106;
     if (k == Qt::Key_Slash && keypad) return 111;
     if (k >= Qt::Key_0 && k <= Qt::Key_9) return keypad ? 96 + (k - Qt::Key_0) : k;

@@ -366,7 +366,6 @@ void PicturesModule::onEnterPicturesTab() {
     const int rows = w_.List3->count();
     if (rows == 0 && !pictureWithoutFile()) Image1->hide();
     if (rows > 0 && !G.FromInternet) Image1->show();
-    CheckInternetPicture();
 }
 
 // ---------------------------------------------------------------- view commands
@@ -580,7 +579,7 @@ void PicturesModule::Image1_DblClick() {
 }
 
 void PicturesModule::Image1_MouseUp(int button) {
-    const bool togglingDrag = false;  // a drag of the toggle button holds the mouse itself
+    const bool togglingDrag = w_.togglingDrag();  // a drag of the toggle button holds the mouse
     if (button == 2 && MagnifyOn && !togglingDrag) ToggleMagnify();
     if (button == 2 && Image1->mousePointer() == ImagingControl::PointerCross && !togglingDrag)
         Image1->setMousePointer(0);

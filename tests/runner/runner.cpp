@@ -349,7 +349,7 @@ private:
         return Outcome::done();
     }
 
-    static bool keyFromName(const QString &name, Qt::Key *key)
+    static bool keyFromName(const QString &name, Qt::Key *key, bool *keypad)
     {
         bool isNum = false;
         const int code = name.toInt(&isNum);
@@ -365,11 +365,12 @@ private:
                 {111, Qt::Key_Slash}, {187, Qt::Key_Equal}, {189, Qt::Key_Minus}};
             if (codes.contains(code)) {
                 *key = codes.value(code);
+                if (code >= 106 && code <= 111) *keypad = true;
                 return true;
             }
             if (code >= 48 && code <= 57) { *key = Qt::Key(Qt::Key_0 + code - 48); return true; }
             if (code >= 65 && code <= 90) { *key = Qt::Key(Qt::Key_A + code - 65); return true; }
-            if (code >= 96 && code <= 105) { *key = Qt::Key(Qt::Key_0 + code - 96); return true; }
+            if (code >= 96 && code <= 105) { *key = Qt::Key(Qt::Key_0 + code - 96); *keypad = true; return true; }
             if (code >= 112 && code <= 135) { *key = Qt::Key(Qt::Key_F1 + code - 112); return true; }
             return false;
         }
@@ -386,6 +387,9 @@ private:
         const QString n = name.toLower();
         if (names.contains(n)) {
             *key = names.value(n);
+            // Add, Subtract, Multiply and Divide are the keys of the numeric pad.
+            *keypad = n == QLatin1String("add") || n == QLatin1String("subtract")
+                      || n == QLatin1String("multiply") || n == QLatin1String("divide");
             return true;
         }
         if (n.size() >= 2 && n[0] == u'f') {
@@ -525,8 +529,11 @@ private:
             QWidget *w = control(arg(1), &err);
             if (!w) return Outcome::retry(err);
             Qt::Key key;
-            if (!keyFromName(arg(2), &key)) return Outcome::fail(QStringLiteral("unknown key ") + arg(2));
+            bool keypad = false;
+            if (!keyFromName(arg(2), &key, &keypad)) return Outcome::fail(QStringLiteral("unknown key ") + arg(2));
             Qt::KeyboardModifiers mods;
+            // The key codes of the numeric pad come from the pad.
+            if (keypad) mods |= Qt::KeypadModifier;
             for (int i = 3; i < t.size(); ++i) {
                 if (t[i] == QLatin1String("shift")) mods |= Qt::ShiftModifier;
                 else if (t[i] == QLatin1String("ctrl")) mods |= Qt::ControlModifier;
