@@ -84,7 +84,7 @@ const QStringList kUnbuiltTools = {
     "ID_Tracker", "ID_ListToggle", "ID_Status", "ID_TxtPrint", "ID_TxtSave", "ID_TxtProperties",
     "ID_IntBack", "ID_IntForward", "ID_IntHome", "ID_IntStop", "ID_IntRefresh", "ID_IntPrint",
     "ID_IntSave", "ID_IntProperties", "ID_IntFavorites", "ID_IntAddFavorite", "ID_IntVisited",
-    "ID_IntURLEnter", "ID_IntGo",
+    "ID_IntURLEnter", "ID_IntGo", "ID_mnuFileCreateNewFolder", "ID_mnuDeleteFile",
 };
 }  // namespace
 
