@@ -274,6 +274,7 @@ void Tarnwick1::buildControls()
     List3->setObjectName(QStringLiteral("List3"));
     List3->hide();
     Pictures = new PicturesModule(*this, Frame1[0]);
+    Loaders.set(LoaderKind::Image, [this](const QString &p) { Pictures->LoadImage(p); });
     ToggleBtn = new QPushButton(Frame1[0]);
     ToggleBtn->setObjectName(QStringLiteral("ToggleBtn"));
     ToggleBtn->setToolTip(QStringLiteral("Go Back to Previous Tab"));
@@ -833,27 +834,26 @@ void Tarnwick1::walkHistory(QListWidget *list, int step, bool picture)
 
 void Tarnwick1::LoadImage(const QString &path)
 {
-    LastLoader = QStringLiteral("LoadImage");
-    Pictures->LoadImage(path);
+    Loaders.load(LoaderKind::Image, path);
+    LastLoader = FileLoaders::name(LoaderKind::Image);
 }
 
 void Tarnwick1::LoadMediaFile(const QString &path)
 {
-    // The players arrive with their own feature; the kind of player is already known.
-    LastLoader = QStringLiteral("LoadMediaFile");
-    Q_UNUSED(path);
+    Loaders.load(LoaderKind::Media, path);
+    LastLoader = FileLoaders::name(LoaderKind::Media);
 }
 
 void Tarnwick1::LoadDocument(const QString &path)
 {
-    LastLoader = QStringLiteral("LoadDocument");
-    Q_UNUSED(path);
+    Loaders.load(LoaderKind::Document, path);
+    LastLoader = FileLoaders::name(LoaderKind::Document);
 }
 
 void Tarnwick1::LoadText(const QString &path)
 {
-    LastLoader = QStringLiteral("LoadText");
-    Q_UNUSED(path);
+    Loaders.load(LoaderKind::Text, path);
+    LastLoader = FileLoaders::name(LoaderKind::Text);
 }
 
 bool Tarnwick1::SaveFileAs(const QString &path)

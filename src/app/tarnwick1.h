@@ -4,6 +4,7 @@
 
 #include "core/catalogue.h"
 #include "core/globals.h"
+#include "core/loaders.h"
 #include "core/session.h"
 
 #include <QMainWindow>
@@ -53,7 +54,9 @@ public:
     // The save guard shared by the picture commands: asks, and saves on Yes.
     void offerToSaveChangedPicture();
 
-    // Loaders, each owned by its subsystem.
+    // The loaders of the four kinds, each handed in by its subsystem.
+    FileLoaders Loaders;
+    // The dispatcher's calls into them.
     void LoadImage(const QString &path);
     void LoadMediaFile(const QString &path);
     void LoadDocument(const QString &path);
