@@ -2,7 +2,7 @@
 
 #include "pictures/imaging_errors.h"
 #include "pictures/imaging_formats.h"
-#include "pictures/magick/magick_codec.h"
+#include "pictures/codecs/magick_codec.h"
 #include "pictures/picture_decoder.h"
 
 #include <QApplication>

@@ -3,7 +3,7 @@
 #include "pictures/frame_decoders.h"
 #include "pictures/imaging_errors.h"
 #include "pictures/imaging_formats.h"
-#include "pictures/magick/magick_codec.h"
+#include "pictures/codecs/magick_codec.h"
 
 #include <QBuffer>
 #include <QFile>

@@ -1,6 +1,6 @@
 #include "pictures/value_dialogs.h"
 
-#include "pictures/magick/magick_codec.h"
+#include "pictures/codecs/magick_codec.h"
 #include "pictures/prompts.h"
 
 #include <QHBoxLayout>

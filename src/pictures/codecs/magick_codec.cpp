@@ -1,4 +1,4 @@
-#include "pictures/magick/magick_codec.h"
+#include "pictures/codecs/magick_codec.h"
 
 #include <Magick++.h>
 #include <magick/policy.h>

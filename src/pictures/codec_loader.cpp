@@ -1,0 +1,143 @@
+// The program's side of the codec module: each call loads the module on first use and
+// goes through its table. Without the module the calls fail as "no coder" with a message
+// that names the file looked for.
+#include "pictures/codecs/codec_table.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QLibrary>
+#include <mutex>
+
+namespace tw {
+
+namespace {
+const CodecTable *g_table = nullptr;
+QString g_error;
+std::once_flag g_once;
+
+QStringList candidates()
+{
+    QStringList c;
+    const QString env = qEnvironmentVariable("TW_CODEC_MODULE");
+    if (!env.isEmpty()) c << env;
+    const QString exe = QCoreApplication::instance() ? QCoreApplication::applicationDirPath()
+                                                     : QString();
+    if (!exe.isEmpty()) {
+        c << exe + QStringLiteral("/../lib/libtw_codecs.so")
+          << exe + QStringLiteral("/../lib/tarnwick/libtw_codecs.so");
+    }
+    c << QStringLiteral(TW_CODEC_MODULE_BUILT);
+    return c;
+}
+
+const CodecTable *table()
+{
+    std::call_once(g_once, [] {
+        for (const QString &path : candidates()) {
+            if (!QFileInfo::exists(path)) continue;
+            QLibrary lib(QDir::cleanPath(path));
+            lib.setLoadHints(QLibrary::PreventUnloadHint);
+            using Entry = const CodecTable *(*)();
+            auto entry = reinterpret_cast<Entry>(lib.resolve(CodecTableSymbol));
+            if (!entry) {
+                g_error = lib.errorString();
+                continue;
+            }
+            const CodecTable *t = entry();
+            if (t && t->version == CodecTableVersion) {
+                g_table = t;
+                g_table->initialise();
+                return;
+            }
+        }
+        if (g_error.isEmpty()) g_error = QStringLiteral("the picture codec module libtw_codecs.so is missing");
+    });
+    return g_table;
+}
+}  // namespace
+
+bool codecModuleLoaded() { return g_table != nullptr; }
+
+namespace magick {
+
+// ImageMagick starts with the module, the first time a picture needs it.
+void initialise() {}
+
+Status read(const QString &path, int page, bool allPages, Decoded *out, QString *message,
+            const QString &coderHint)
+{
+    if (const CodecTable *t = table()) return t->read(path, page, allPages, out, message, coderHint);
+    if (message) *message = g_error;
+    return Status::NoCoder;
+}
+
+Status readBlob(const QByteArray &data, const QString &coderHint, Decoded *out, QString *message)
+{
+    if (const CodecTable *t = table()) return t->readBlob(data, coderHint, out, message);
+    if (message) *message = g_error;
+    return Status::NoCoder;
+}
+
+Status ping(const QString &path, int page, Facts *out, QString *message)
+{
+    if (const CodecTable *t = table()) return t->ping(path, page, out, message);
+    if (message) *message = g_error;
+    return Status::NoCoder;
+}
+
+Status write(const QList<QImage> &frames, const QString &path, const QString &coder,
+             int bitsPerPixel, int quality, QString *message)
+{
+    if (const CodecTable *t = table()) return t->write(frames, path, coder, bitsPerPixel, quality, message);
+    if (message) *message = g_error;
+    return Status::NoCoder;
+}
+
+bool canWrite(const QString &coder)
+{
+    const CodecTable *t = table();
+    return t && t->canWrite(coder);
+}
+
+bool canRead(const QString &coder)
+{
+    const CodecTable *t = table();
+    return t && t->canRead(coder);
+}
+
+QImage resample(const QImage &src, int width, int height)
+{
+    if (const CodecTable *t = table()) return t->resample(src, width, height);
+    return src.scaled(width, height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+QImage brightnessContrast(const QImage &src, double brightness, double contrast)
+{
+    if (const CodecTable *t = table()) return t->brightnessContrast(src, brightness, contrast);
+    return src;
+}
+
+int64_t areaLimit()
+{
+    const CodecTable *t = table();
+    return t ? t->areaLimit() : int64_t(128) * 1000 * 1000;
+}
+
+int64_t sideLimit()
+{
+    const CodecTable *t = table();
+    return t ? t->sideLimit() : 16000;
+}
+
+}  // namespace magick
+
+FrameDecodeStatus decodeWithAv(const QString &path, bool allFrames, int64_t maxBytes,
+                               DecodedFrames *out, QString *message)
+{
+    if (const CodecTable *t = table()) return t->decodeWithAv(path, allFrames, maxBytes, out, message);
+    if (message) *message = g_error;
+    return FrameDecodeStatus::NotThisFormat;
+}
+
+}  // namespace tw
