@@ -201,6 +201,23 @@ int decodeWithQt(const QString &path, const QByteArray &format, int page, bool a
 
 }  // namespace
 
+// The page asked for (1-based), or every frame, of frames decoded outside ImageMagick.
+static int pictureOfFrames(const DecodedFrames &frames, int page, bool allPages, Picture *out) {
+    Picture pic;
+    pic.bitsPerPixel = frames.bitsPerPixel;
+    const int first = std::max(page, 1) - 1;
+    if (allPages) {
+        for (const QImage &img : frames.frames) pic.frames.append(displayForm(img));
+        pic.delaysMs = frames.delaysMs;
+    } else {
+        if (first >= frames.frames.size()) return ImagingInvalidParameter;
+        pic.frames.append(displayForm(frames.frames[first]));
+        pic.delaysMs.append(frames.delaysMs[first]);
+    }
+    *out = pic;
+    return ImagingOk;
+}
+
 int64_t pictureAreaLimit() { return magick::areaLimit(); }
 
 QImage decodeIconData(const QByteArray &data) {
@@ -242,19 +259,7 @@ int decodePictureFile(const QString &path, int page, bool allPages, Picture *out
         const FrameDecodeStatus s = decodeAnimatedCursor(f.readAll(), decodeIconData, maxBytes,
                                                          &frames, detail);
         if (s != FrameDecodeStatus::Ok) return statusOfFrames(s);
-        Picture pic;
-        pic.bitsPerPixel = frames.bitsPerPixel;
-        const int first = std::max(page, 1) - 1;
-        if (allPages) {
-            for (const QImage &img : frames.frames) pic.frames.append(displayForm(img));
-            pic.delaysMs = frames.delaysMs;
-        } else {
-            if (first >= frames.frames.size()) return ImagingInvalidParameter;
-            pic.frames.append(displayForm(frames.frames[first]));
-            pic.delaysMs.append(frames.delaysMs[first]);
-        }
-        *out = pic;
-        return ImagingOk;
+        return pictureOfFrames(frames, page, allPages, out);
     }
 
     auto viaFrames = [&](int *status) -> bool {
@@ -262,22 +267,8 @@ int decodePictureFile(const QString &path, int page, bool allPages, Picture *out
         const FrameDecodeStatus s = decodeWithAv(path, allPages || page > 1, maxBytes, &frames, detail);
         *status = statusOfFrames(s);
         if (s != FrameDecodeStatus::Ok) return false;
-        Picture pic;
-        pic.bitsPerPixel = frames.bitsPerPixel;
-        const int first = std::max(page, 1) - 1;
-        if (allPages) {
-            for (const QImage &img : frames.frames) pic.frames.append(displayForm(img));
-            pic.delaysMs = frames.delaysMs;
-        } else {
-            if (first >= frames.frames.size()) {
-                *status = ImagingInvalidParameter;
-                return false;
-            }
-            pic.frames.append(displayForm(frames.frames[first]));
-            pic.delaysMs.append(frames.delaysMs[first]);
-        }
-        *out = pic;
-        return true;
+        *status = pictureOfFrames(frames, page, allPages, out);
+        return *status == ImagingOk;
     };
 
     int status = ImagingInvalidFormat;

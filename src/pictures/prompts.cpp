@@ -56,7 +56,7 @@ void centreOnScreen(QWidget *w) {
 
 // ------------------------------------------------------------------ NewValue1
 
-NewValue1::NewValue1(QWidget *parent) : QDialog(parent) {
+NewValue1::NewValue1(QWidget *parent) : ValuePrompt(parent) {
     setObjectName(QStringLiteral("NewValue1"));
     setWindowTitle(QStringLiteral("New Value"));
     setModal(true);
@@ -153,7 +153,7 @@ void NewValue1::okClicked() {
     hide();
 }
 
-void NewValue1::keyPressEvent(QKeyEvent *e) {
+void ValuePrompt::keyPressEvent(QKeyEvent *e) {
     if (e->key() == Qt::Key_Return || e->key() == Qt::Key_Enter) {
         okClicked();
         return;
@@ -168,7 +168,7 @@ void NewValue1::keyPressEvent(QKeyEvent *e) {
 
 // ------------------------------------------------------------------ NewSize1
 
-NewSize1::NewSize1(QWidget *parent) : QDialog(parent) {
+NewSize1::NewSize1(QWidget *parent) : ValuePrompt(parent) {
     setObjectName(QStringLiteral("NewSize1"));
     setWindowTitle(QStringLiteral("New Size"));
     setModal(true);
@@ -376,19 +376,6 @@ void NewSize1::okClicked() {
     SizeAccepted = true;
     setResult(QDialog::Accepted);
     hide();
-}
-
-void NewSize1::keyPressEvent(QKeyEvent *e) {
-    if (e->key() == Qt::Key_Return || e->key() == Qt::Key_Enter) {
-        okClicked();
-        return;
-    }
-    if (e->key() == Qt::Key_Escape) {
-        setResult(QDialog::Rejected);
-        hide();
-        return;
-    }
-    QDialog::keyPressEvent(e);
 }
 
 }  // namespace tw

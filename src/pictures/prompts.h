@@ -23,7 +23,19 @@ class ImagingControl;
 // does not fit 16 bits.
 bool textToInt16(const QString &text, int16_t *out);
 
-class NewValue1 : public QDialog {
+// What the two value prompts share: Enter is OK (which may refuse and stay), Escape hides
+// the prompt as cancelled.
+class ValuePrompt : public QDialog {
+    Q_OBJECT
+public:
+    using QDialog::QDialog;
+
+protected:
+    void keyPressEvent(QKeyEvent *e) override;
+    virtual void okClicked() = 0;
+};
+
+class NewValue1 : public ValuePrompt {
     Q_OBJECT
 public:
     explicit NewValue1(QWidget *parent = nullptr);
@@ -47,15 +59,14 @@ public:
     bool BarDriving = false;
 
 protected:
-    void keyPressEvent(QKeyEvent *e) override;
+    void okClicked() override;
 
 private:
     void barChanged(int value);
     void boxChanged(const QString &text);
-    void okClicked();
 };
 
-class NewSize1 : public QDialog {
+class NewSize1 : public ValuePrompt {
     Q_OBJECT
 public:
     explicit NewSize1(QWidget *parent = nullptr);
@@ -83,7 +94,7 @@ public:
     bool BarDriving = false;
 
 protected:
-    void keyPressEvent(QKeyEvent *e) override;
+    void okClicked() override;
 
 private:
     bool aspectOn() const;
@@ -91,7 +102,6 @@ private:
     void barChanged(int side, int value);
     void textChanged(int side, const QString &text);
     void aspectClicked();
-    void okClicked();
     QScrollBar *bar(int side) const { return side == 0 ? SCWeight1 : SCHeight1; }
     QLineEdit *box(int side) const { return side == 0 ? TxtWidth1 : TxtHeight1; }
     int picW_ = 0, picH_ = 0;
