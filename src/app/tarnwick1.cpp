@@ -176,6 +176,83 @@ void Tarnwick1::registerRoutines()
         selectTab(i);
         return QString();
     });
+    // The option store's routines, for scenarios that edit the settings behind the window.
+    registerScenarioRoutine(QStringLiteral("SaveOptions"), [this](const QStringList &) {
+        const StoreResult r = tw::SaveOptions(G.Options, G.ProgramDir);
+        if (!r.ok) inform(r.message, AppTitle, this);
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("SaveColors"), [this](const QStringList &) {
+        const StoreResult r = tw::SaveColors(G.Colors, G.ProgramDir);
+        if (!r.ok) inform(r.message, AppTitle, this);
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("LoadOptions"), [this](const QStringList &) {
+        const StoreResult r = tw::LoadOptions(G.Options, G.ProgramDir);
+        if (!r.message.isEmpty()) inform(r.message, AppTitle, this);
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("LoadColors"), [this](const QStringList &) {
+        const StoreResult r = tw::LoadColors(G.Colors, G.ProgramDir);
+        if (!r.message.isEmpty()) inform(r.message, AppTitle, this);
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("SetDefaultOptions"), [](const QStringList &) {
+        tw::SetDefaultOptions(G.Options, G.ProgramDir);
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("SetDefaultColors"), [](const QStringList &) {
+        tw::SetDefaultColors(G.Colors);
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("ShowColors"), [this](const QStringList &) {
+        Tools->ShowColors();
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("ShowOptions"), [this](const QStringList &) {
+        Tools->ShowOptions();
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("ReadColors"), [this](const QStringList &) {
+        Tools->ReadColors();
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("ReadOptions"), [this](const QStringList &) {
+        Tools->ReadOptions();
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("ValidateOptions"), [this](const QStringList &) {
+        Tools->ValidateOptions();
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("SetComputerName"), [this](const QStringList &) {
+        SetComputerName();
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("OnToolClick"), [this, one](const QStringList &a) {
+        OnToolClick(one(a));
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("LoadImage"), [this, one](const QStringList &a) {
+        LoadImage(one(a));
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("LoadMediaFile"), [this, one](const QStringList &a) {
+        LoadMediaFile(one(a));
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("LoadDocument"), [this, one](const QStringList &a) {
+        LoadDocument(one(a));
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("LoadText"), [this, one](const QStringList &a) {
+        LoadText(one(a));
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("AddFilterMenuItem"), [this, one](const QStringList &a) {
+        AddFilterMenuItem(one(a));
+        return QString();
+    });
     registerScenarioRoutine(QStringLiteral("SetVariable"), [](const QStringList &a) {
         // Sets a flag of the shared state, as another window of the program would.
         const QString n = a.value(0);

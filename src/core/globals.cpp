@@ -110,7 +110,8 @@ bool globalVariableText(const QString &name, QString *out)
             "MusicBack", "MusicText", "DocumentBack", "DocumentText", "InternetBack",
             "InternetText", "ButtonBack", "ButtonText"};
         if (name == QLatin1String(names[i])) {
-            *out = num(g.Colors.field(i));
+            // A colour is a signed 32-bit number, as the settings file holds it.
+            *out = QString::number(static_cast<int32_t>(g.Colors.field(i)));
             return true;
         }
     }

@@ -87,10 +87,6 @@ PicturesModule::PicturesModule(Tarnwick1 &w, QFrame *pictureFrame) : QObject(&w)
     registerScenarioRoutine(QStringLiteral("SnapWindow"), noArgs([this] { SnapWindow(); }));
     registerScenarioRoutine(QStringLiteral("StartMagnify"), noArgs([this] { StartMagnify(); }));
     registerScenarioRoutine(QStringLiteral("StopMagnify"), noArgs([this] { StopMagnify(); }));
-    registerScenarioRoutine(QStringLiteral("LoadImage"), [this](const QStringList &a) {
-        LoadImage(a.value(0));
-        return QString();
-    });
     // Sets a number of the picture side, or the page of the next load, as another window
     // of the program would (the open dialog sets the page, for one).
     registerScenarioRoutine(QStringLiteral("SetPictureNumber"), [this](const QStringList &a) {

@@ -308,7 +308,17 @@ private:
             if (!v->model() || row < 0 || row >= v->model()->rowCount(v->rootIndex()))
                 return Outcome::fail(QStringLiteral("no row %1").arg(row));
             QWidget *vp = v->viewport();
+            const QModelIndex idx = v->model()->index(row, 0, v->rootIndex());
             const QPoint p = rowPoint(v, row);
+            // A list the program keeps out of sight has no place to click: its row is chosen
+            // as a click would choose it.
+            const bool reachable = v->isVisible() && v->indexAt(p) == idx;
+            if (!reachable) {
+                v->setCurrentIndex(idx);
+                emit v->clicked(idx);
+                if (how == QLatin1String("dblclick")) emit v->doubleClicked(idx);
+                return Outcome::done();
+            }
             if (how == QLatin1String("dblclick")) {
                 QTest::mouseClick(vp, Qt::LeftButton, {}, p);
                 QTest::mouseDClick(vp, Qt::LeftButton, {}, p);
