@@ -284,8 +284,19 @@ private:
         return w->property("text").toString();
     }
 
+    // The tab widget whose page w is, and the page's index; null when w is no tab page.
+    static QTabWidget *tabOfPage(QWidget *w, int *index)
+    {
+        QWidget *stack = w->parentWidget();
+        auto *tabs = stack ? qobject_cast<QTabWidget *>(stack->parentWidget()) : nullptr;
+        if (tabs) *index = tabs->indexOf(w);
+        return tabs && *index >= 0 ? tabs : nullptr;
+    }
+
     static QString captionOf(QWidget *w)
     {
+        int page = -1;
+        if (QTabWidget *tabs = tabOfPage(w, &page)) return tabs->tabText(page);
         if (w->isWindow()) return w->windowTitle();
         if (auto *b = qobject_cast<QAbstractButton *>(w)) return b->text();
         if (auto *g = qobject_cast<QGroupBox *>(w)) return g->title();
@@ -457,7 +468,12 @@ private:
         if (cmd == QLatin1String("start")) {
             QStringList words;
             for (int i = 1; i < t.size(); ++i) words << arg(i);
-            if (win_) return Outcome::fail(QStringLiteral("the program is already started"));
+            if (win_ && win_->isVisible()) return Outcome::fail(QStringLiteral("the program is already started"));
+            if (win_) {
+                // Started again after a stop: a new process would begin from nothing.
+                delete win_.data();
+                clearScenarioHooks();
+            }
             win_ = new Tarnwick1(words.join(u' '));
             win_->show();
             win_->activateWindow();
@@ -790,7 +806,11 @@ private:
                 QString err;
                 QWidget *w = control(target, &err);
                 if (!w) return Outcome::retry(err);
-                seen = what == QLatin1String("caption") ? captionOf(w) : w->toolTip();
+                int page = -1;
+                QTabWidget *tabs = tabOfPage(w, &page);
+                seen = what == QLatin1String("caption") ? captionOf(w)
+                       : tabs                           ? tabs->tabToolTip(page)
+                                                        : w->toolTip();
             }
             return same(seen, arg(3), target);
         }
