@@ -8,13 +8,13 @@ PKGS=(
   qt6-base-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools
   qt6-webengine-dev qt6-pdf-dev qt6-svg-dev qt6-image-formats-plugins
   libqt6opengl6-dev
-  libmagick++-6.q16-dev imagemagick ghostscript netpbm
+  libmagick++-6.q16-dev libtiff-dev zlib1g-dev imagemagick ghostscript netpbm
   libmpv-dev ffmpeg libfluidsynth-dev timgm6mb-soundfont libcdio-dev
   libsane-dev sane-utils
   libgtest-dev libgmock-dev libbenchmark-dev
   libjpeg-turbo-progs poppler-utils
   adwaita-icon-theme hicolor-icon-theme
-  xvfb xauth x11-apps
+  xvfb xauth
 )
 missing=()
 for p in "${PKGS[@]}"; do
