@@ -76,7 +76,7 @@ const QStringList kUnbuiltTools = {
     "ID_mnuOpenFile", "ID_mnuOpenFilelnterent", "ID_mnuCloseFile", "ID_mnuSelectFiles",
     "ID_mnuSelectFavoriteList", "ID_mnuCreateFavoriteList", "ID_mnuTwainAcquirePicture",
     "ID_mnuTwainSelectSource", "ID_mnuSaveFileAs", "ID_mnuRenameFile", "ID_mnuConvertFiles",
-    "ID_mnuProperties", "ID_mnuPrintFiles", "ID_mnuSetUpPrinter", "ID_mnuCut",
+    "ID_mnuProperties", "ID_mnuPrintFiles", "ID_mnuSetUpPrinter",
     "ID_mnuCreateandChangeFavoriteLists", "ID_mnuRunSlideShow",
     "ID_mnuRunSlideShowonCurrentFolder", "ID_mnuViewQuickTips", "ID_mnuHelpAbout", "ID_Select",
     "ID_Print", "ID_ThumbNails", "ID_Stop", "ID_EditImage", "ID_EditColors", "ID_PrintImage",
@@ -384,10 +384,13 @@ void Tarnwick1::buildControls()
         screen->setFrameShape(QFrame::StyledPanel);
         screen->setAutoFillBackground(true);
         auto *sl = new QVBoxLayout(screen);
-        auto *lab = new QLabel(screen);
-        lab->setObjectName(tab == 3 ? QStringLiteral("Label3") : QStringLiteral("MusicLabel1"));
-        lab->setAlignment(Qt::AlignCenter);
-        sl->addWidget(lab);
+        for (const char *name : tab == 3 ? std::initializer_list<const char *>{"VideoLabel1"}
+                                         : std::initializer_list<const char *>{"Label3", "MusicLabel1"}) {
+            auto *lab = new QLabel(screen);
+            lab->setObjectName(QString::fromLatin1(name));
+            lab->setAlignment(Qt::AlignCenter);
+            sl->addWidget(lab);
+        }
         lay->addWidget(screen, 3);
     };
     makeListPair(3, List4, "List4", "VideoPlayListFrame",
@@ -1146,6 +1149,12 @@ void Tarnwick1::OnToolClick(const QString &id)
     } else if (id == QLatin1String("ID_HelpImage") || id == QLatin1String("ID_PlayHelp")
                || id == QLatin1String("ID_TxtHelp") || id == QLatin1String("ID_IntHelp")) {
         contextHelp(id);
+    } else if (id == QLatin1String("ID_EditImage") || id == QLatin1String("ID_EditColors")
+               || id == QLatin1String("ID_PrintImage")) {
+        // The save prompt comes first, then the file under edit is the picture list's row;
+        // the editors and the print window open from here when they are part of the build.
+        offerToSaveChangedPicture();
+        if (List3->currentItem()) G.EditedFile = List3->currentItem()->text();
     } else if (id == QLatin1String("ID_FilterBtn") || id == QLatin1String("ID_ViewBtn")
                || id == QLatin1String("ID_ViewImage")) {
         OnToolDropDown(id);
