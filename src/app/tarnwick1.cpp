@@ -833,12 +833,13 @@ bool Tarnwick1::FileMissing(const QString &path) const
         // The listing reads the path as a pattern.
         const QFileInfo fi(path);
         QDir d(fi.absolutePath());
-        for (const QFileInfo &f : d.entryInfoList(QDir::Files | QDir::Hidden))
+        for (const QFileInfo &f : d.entryInfoList(QDir::Files))
             if (matchesPatternList(f.fileName(), fi.fileName())) return false;
         return true;
     }
+    // A listing of normal files only: folders and hidden files count as missing.
     const QFileInfo fi(path);
-    return !(fi.exists() && !fi.isDir());
+    return !(fi.exists() && !fi.isDir() && !fi.isHidden());
 }
 
 void Tarnwick1::OpenWithShell()
