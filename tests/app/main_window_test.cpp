@@ -8,6 +8,7 @@
 
 #include <QAction>
 #include <QDir>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QSignalSpy>
@@ -122,6 +123,24 @@ private slots:
         QVERIFY(!w->ToolBarComp1->caption(QStringLiteral("ID_Date")).isEmpty());
         QVERIFY(w->Timer1->isActive());
         QCOMPARE(w->Timer1->interval(), 900);
+    }
+
+    void fileMissingReadsNormalFilesOnly()
+    {
+        const QString dir = QDir::homePath() + QStringLiteral("/fm");
+        QDir().mkpath(dir + QStringLiteral("/sub"));
+        for (const char *name : {"a.jpg", ".hidden.jpg"}) {
+            QFile f(dir + u'/' + QLatin1String(name));
+            QVERIFY(f.open(QIODevice::WriteOnly));
+            f.write("x");
+        }
+        QVERIFY(!w->FileMissing(dir + QStringLiteral("/a.jpg")));
+        QVERIFY(w->FileMissing(dir + QStringLiteral("/b.jpg")));
+        QVERIFY(w->FileMissing(dir + QStringLiteral("/sub")));          // a folder
+        QVERIFY(w->FileMissing(dir + QStringLiteral("/.hidden.jpg")));  // not a normal file
+        QVERIFY(!w->FileMissing(dir + QStringLiteral("/*.JPG")));       // a pattern that matches
+        QVERIFY(w->FileMissing(dir + QStringLiteral("/*.png")));
+        QVERIFY(w->FileMissing(QStringLiteral("   ")));
     }
 
     void thumbnailSizesShowInCentimetres()
