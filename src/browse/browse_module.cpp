@@ -53,7 +53,8 @@ public:
             m_.w_.ToolBarComp1->setChecked(QStringLiteral("ID_Find"), false);
             G.SuppressToolCommand = was;
         };
-        dlg.onHelp = [this] { m_.w_.OnToolClick(QStringLiteral("ID_HelpOpen")); };
+        // Help opens on the topic of finding files, as F1 in this dialog does.
+        dlg.onHelp = [this] { m_.w_.showHelpTopic(QStringLiteral("finding")); };
         dlg.exec();
     }
     void refreshWindow() override { m_.w_.repaint(); }
@@ -155,6 +156,10 @@ void BrowseModule::escapePressed() { engine_->escapePressed(); }
 
 bool BrowseModule::variableText(const QString &name, QString *out) const
 {
+    if (name == QLatin1String("ThumbnailMode")) {
+        *out = thumbnailMode() ? QStringLiteral("true") : QStringLiteral("false");
+        return true;
+    }
     return Search.variableText(name, out);
 }
 

@@ -2,6 +2,7 @@
 
 #include "core/colors.h"
 #include "core/globals.h"
+#include "core/scenario_hooks.h"
 
 #include <QButtonGroup>
 #include <QEvent>
@@ -141,10 +142,18 @@ FindFle1::FindFle1(browse::SearchState &state, QWidget *parent) : QDialog(parent
     selected_ = S.FindOptionIndex;
     G.FindFle1Loaded = true;
     applyColors();
+
+    // The dialog's own field, readable by name while it is open.
+    registerScenarioVariables(QStringLiteral("FindFle1"), [this](const QString &name, QString *out) {
+        if (name != QLatin1String("SelectedOption")) return false;
+        *out = QString::number(selected_);
+        return true;
+    });
 }
 
 FindFle1::~FindFle1()
 {
+    unregisterScenarioVariables(QStringLiteral("FindFle1"));
     if (!closed_) G.FindFle1Loaded = false;
 }
 

@@ -126,6 +126,12 @@ void SearchEngine::SearchFunction()
 
     // 1. to 3.
     S.SearchCancelled = false;
+    // The memory of folders entered is this call's: the folders above the start node count
+    // as entered (a depth-first walk passed them on its way down), the start node and what
+    // lies behind it are entered afresh, whichever way an earlier walk went.
+    tree_.forgetEntered();
+    if (TreeNode *start = tree_.node(S.CurrentSearchNode))
+        for (TreeNode *a = start->parent; a; a = a->parent) tree_.enter(a);
     long long nodeLimit = (long long)G.Options.NextSearchLimit + (long long)G.Options.InitialSearchLimit;
     bool networkAccepted = false;
     uint16_t yieldCounter = 0;

@@ -78,6 +78,8 @@ public:
     // The walk's memory of folders entered: true when N is the first node to enter its
     // folder (or entered it before), false when another node reached that folder first.
     bool enter(TreeNode *n);
+    // Forgets every folder entered, at the start of a walk.
+    void forgetEntered() { entered_.clear(); }
 
     // The selected node (may be hidden under a collapsed parent, or null).
     TreeNode *selected() const { return selected_; }

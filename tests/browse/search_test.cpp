@@ -336,3 +336,82 @@ TEST(SearchWalk, AnUnreadableFolderTakesTheFailurePath)
     ASSERT_TRUE(WIFEXITED(status));
     EXPECT_EQ(WEXITSTATUS(status), 0);
 }
+
+TEST(SearchWalk, AHitPastTheLimitAsksFirstAndShowsTheFolderAfter)
+{
+    const QString q = QStringLiteral("?Do you want to continue the Search for - *.JPG ?");
+    for (bool yes : {false, true}) {
+        Walk w;
+        tw::G.Options.InitialSearchLimit = 5;
+        tw::G.Options.NextSearchLimit = 5;  // NodeLimit 10
+        for (int k = 1; k <= 15; ++k) w.t.mkdir(QStringLiteral("f%1").arg(k));
+        // Node 11 is the first node above the limit; it holds the file and isn't the last.
+        w.t.put("f11/p.jpg");
+        w.top();
+        w.h.answers = {yes};
+        w.e.SearchFunction();
+        const QString shown = QStringLiteral("folder ") + w.t.path("f11");
+        if (yes) {
+            // The pass behind it walks to the last node.
+            EXPECT_EQ(w.h.log, QStringList({q, shown, End}));
+            EXPECT_EQ(w.s.CurrentSearchNode, 0);
+        } else {
+            EXPECT_EQ(w.h.log, QStringList({q, shown}));
+            EXPECT_EQ(w.s.CurrentSearchNode, 12);
+        }
+    }
+}
+
+TEST(SearchWalk, ANodeThatVanishesInAYieldGivesTheShellErrorBoxInTheFirstPass)
+{
+    Walk w;
+    for (int k = 1; k <= 400; ++k) w.t.mkdir(QStringLiteral("f%1").arg(k));
+    w.top();
+    // The user collapses the tree while the walk yields at its 151st node (index 150).
+    w.h.onYield = [&] { w.m.setExpanded(0, false); };
+    w.e.SearchFunction();
+    EXPECT_EQ(w.h.yields, 1);
+    // The name is the one kept from the node before: the vanished node has none to give.
+    EXPECT_EQ(w.h.boxes, QStringList({"[]Err -214 -  150 -  1 - f149 -  0"}));
+    EXPECT_TRUE(w.h.foldersShown.isEmpty());
+    EXPECT_EQ(w.s.CurrentSearchNode, 0);  // walked off the end: left as it was
+}
+
+TEST(SearchWalk, APassAfterContinueSkipsFailuresWithoutABox)
+{
+    Walk w;
+    // NodeLimit 50: the question comes at node 51, before the first yield; Yes moves the
+    // limit to 350, and the second pass meets the yield at node 150.
+    tw::G.Options.InitialSearchLimit = -250;
+    tw::G.Options.NextSearchLimit = 300;
+    for (int k = 1; k <= 400; ++k) w.t.mkdir(QStringLiteral("f%1").arg(k));
+    w.top();
+    w.h.answers = {true};
+    w.h.onYield = [&] { w.m.setExpanded(0, false); };
+    w.e.SearchFunction();
+    EXPECT_EQ(w.h.yields, 1);
+    EXPECT_EQ(w.h.boxes, QStringList({"?Do you want to continue the Search for - *.JPG ?"}));
+    EXPECT_EQ(w.s.CurrentSearchNode, 52);  // from the end of the first pass
+    EXPECT_EQ(w.s.LastNodeError, SearchEngine::ShellError);
+}
+
+TEST(SearchWalk, EachWalkEntersItsStartFolderWhateverAnEarlierWalkEntered)
+{
+    Walk w;
+    w.t.put("x/p.jpg");
+    // One folder under two names at the top, as the file system's home folder and Home are.
+    w.m.setRoots({{"One", w.t.path("x"), {}}, {"Two", w.t.path("x"), {}}});
+    w.e.SearchFunction();
+    EXPECT_EQ(w.h.log, QStringList({"folder " + w.t.path("x")}));
+    EXPECT_EQ(w.s.CurrentSearchNode, 1);
+    // The next walk starts at Two: its folder is entered again, and as the last node it
+    // says End of Search inside the walk, before the folder is shown behind it.
+    w.e.SearchFunction();
+    EXPECT_EQ(w.h.log, QStringList({"folder " + w.t.path("x"), End, "folder " + w.t.path("x")}));
+    // Within one walk the second name of the folder is passed over.
+    w.h.log.clear();
+    w.s.CurrentSearchNode = 0;
+    w.s.SearchPattern = "*.PNG";
+    w.e.SearchFunction();
+    EXPECT_TRUE(w.h.log.isEmpty());  // Two is skipped, so nothing meets the last-node test
+}

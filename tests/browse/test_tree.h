@@ -11,6 +11,11 @@
 #include <deque>
 #include <functional>
 
+#include <ostream>
+
+// Readable QStrings in test failures.
+inline void PrintTo(const QString &s, std::ostream *os) { *os << '"' << s.toStdString() << '"'; }
+
 namespace twtest {
 
 class TempTree {
@@ -40,6 +45,7 @@ public:
     std::deque<bool> answers;      // answers to Yes/No questions (No when empty)
     QString listPattern, listFolder, title;
     QStringList foldersShown;
+    QStringList log;               // boxes, questions and folders shown, in one order
     int yields = 0;
     std::function<void()> onYield;
     std::function<void()> onDialog;
@@ -48,10 +54,12 @@ public:
     void inform(const QString &text, const QString &title) override
     {
         boxes << (title.isEmpty() ? QStringLiteral("[]") : QStringLiteral("[") + title + QStringLiteral("]")) + text;
+        log << boxes.last();
     }
     bool askYesNo(const QString &text) override
     {
         boxes << QStringLiteral("?") + text;
+        log << boxes.last();
         if (answers.empty()) return false;
         const bool a = answers.front();
         answers.pop_front();
@@ -63,6 +71,7 @@ public:
         if (p.trimmed().isEmpty()) return;
         listFolder = p;
         foldersShown << p;
+        log << QStringLiteral("folder ") + p;
     }
     QString treeFolderPath() override { return listFolder; }
     void setTitle(const QString &t) override { title = t; }
