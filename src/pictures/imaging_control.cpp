@@ -215,7 +215,11 @@ void ImagingControl::setSourceAddress(const QString &address) {
     req.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
     reply_ = net_->get(req);
     reply_->setParent(this);
-    setReady(ReadyLoading);
+    // The state reads "loading" at once, but the event that tells it comes from the event
+    // loop, as every report of a transfer does: the caller finishes starting the fetch
+    // before it hears anything of it.
+    readyState_ = ReadyLoading;
+    QMetaObject::invokeMethod(this, [this] { emit readyStateChanged(ReadyLoading); }, Qt::QueuedConnection);
     connect(reply_, &QNetworkReply::finished, this, &ImagingControl::fetchFinished);
 }
 

@@ -117,12 +117,31 @@ double PicturesModule::secondsNow() const {
     return QTime::currentTime().msecsSinceStartOfDay() / 1000.0;
 }
 
-void PicturesModule::setTool(const QString &id, bool on) { w_.ToolBarComp1->setChecked(id, on); }
+void PicturesModule::setTool(const QString &id, bool on) {
+    // A view tool's state set from code runs its command only when the state changes: a
+    // tool already in that state just keeps it. The state compared is the tool's own, as
+    // last set here or by the user's press of that tool; the check mark that an option
+    // group moves off a tool when another of the group is pressed does not count, so a
+    // pan window still open when the glass is pressed is closed through its tool.
+    const bool was = toolState_.contains(id) ? toolState_.value(id) : w_.ToolBarComp1->isChecked(id);
+    toolState_.insert(id, on);
+    if (was == on && !G.SuppressToolCommand) {
+        G.SuppressToolCommand = true;
+        w_.ToolBarComp1->setChecked(id, on);
+        G.SuppressToolCommand = false;
+        return;
+    }
+    w_.ToolBarComp1->setChecked(id, on);
+}
 
-void PicturesModule::setPointers(int pointer) {
+void PicturesModule::setFormPointer(int pointer) {
     if (pointer == ImagingControl::PointerHourglass) w_.setCursor(Qt::WaitCursor);
     else w_.unsetCursor();
     w_.setProperty("MousePointer", pointer);
+}
+
+void PicturesModule::setPointers(int pointer) {
+    setFormPointer(pointer);
     Image1->setMousePointer(pointer);
 }
 
@@ -170,6 +189,7 @@ bool PicturesModule::variableText(const QString &n, QString *out) const {
     else if (n == QLatin1String("Image1_AnimationLoop")) *out = boolText(Image1->animationLoop());
     else if (n == QLatin1String("Image1_DragPan")) *out = boolText(Image1->dragPan());
     else if (n == QLatin1String("Image1_MousePointer")) *out = QString::number(Image1->mousePointer());
+    else if (n == QLatin1String("Form_MousePointer")) *out = QString::number(w_.property("MousePointer").toInt());
     else if (n == QLatin1String("Image1_BackColor")) *out = QString::number(Image1->backColor());
     else if (n == QLatin1String("Image1_Frames")) *out = QString::number(Image1->picture().frames.size());
     else if (n == QLatin1String("Image1_RegionMarking")) *out = QString::number(Image1->regionMarking());
@@ -318,7 +338,7 @@ void PicturesModule::Image1_ReadyStateChange(int state) {
         Frame5->hide();
         Image1->setMousePointer(0);
         Image1->show();
-        w_.unsetCursor();
+        setFormPointer(0);
         w_.PictureChanged = true;
         FetchPending = false;
         FetchStart = int32_t(std::lround(secondsNow()));
@@ -367,6 +387,9 @@ void PicturesModule::onEnterPicturesTab() {
 // ---------------------------------------------------------------- view commands
 
 bool PicturesModule::onToolClick(const QString &id) {
+    if (id == kViewNormal || id == kViewStretch || id == kViewFit || id == kViewSnap || id == kViewZoom ||
+        id == kViewMagnify || id == kViewPan)
+        toolState_.insert(id, w_.ToolBarComp1->isChecked(id));
     if (id == kViewNormal) ViewNormal();
     else if (id == kViewStretch) ViewStretch();
     else if (id == kViewFit) ViewFit();
@@ -519,7 +542,13 @@ void PicturesModule::StopMagnify() {
 void PicturesModule::ViewPan() {
     if (!PanOn) {
         G.SuppressToolCommand = true;
-        if (MagnifyOn) StopMagnify();  // clears SuppressToolCommand for us too
+        if (MagnifyOn) {
+            StopMagnify();
+            // The stop clears the flag on its way out; the two tool states below must still
+            // change silently, or Magnify's would start the glass again and Pan's would come
+            // back into this routine without end.
+            G.SuppressToolCommand = true;
+        }
         setTool(kViewMagnify, false);
         setTool(kViewPan, true);
         G.SuppressToolCommand = false;

@@ -2,6 +2,7 @@
 // view modes, zoom, magnifier, pan and the picture commands.
 #pragma once
 
+#include <QHash>
 #include <QObject>
 #include <QString>
 #include <cstdint>
@@ -93,11 +94,13 @@ public:
 
 private:
     void setTool(const QString &id, bool on);
-    void setPointers(int pointer);
+    void setPointers(int pointer);   // the form's and Image1's
+    void setFormPointer(int pointer);
     void stopGlassQuietly();
     double secondsNow() const;
     Tarnwick1 &w_;
     QFrame *frame_;
+    QHash<QString, bool> toolState_;  // each view tool's own state, see setTool
 };
 
 }  // namespace tw

@@ -1,5 +1,6 @@
 #include "pictures/prompts.h"
 
+#include "core/scenario_hooks.h"
 #include "pictures/imaging_control.h"
 
 #include <QApplication>
@@ -32,6 +33,8 @@ double roundEven(double v) {
 }
 
 bool within(const QScrollBar *b, int v) { return v >= b->minimum() && v <= b->maximum(); }
+
+QString flagText(bool v) { return v ? QStringLiteral("true") : QStringLiteral("false"); }
 
 }  // namespace
 
@@ -99,7 +102,18 @@ NewValue1::NewValue1(QWidget *parent) : ValuePrompt(parent) {
     connect(OKBtn, &QPushButton::clicked, this, &NewValue1::okClicked);
     connect(CancelBtn, &QPushButton::clicked, this, [this] { setResult(QDialog::Rejected); hide(); });
     adjustSize();
+    // The prompt's fields, readable by name while it is loaded.
+    registerScenarioVariables(QStringLiteral("NewValue1"), [this](const QString &n, QString *out) {
+        if (n == QLatin1String("ValueAccepted")) *out = flagText(ValueAccepted);
+        else if (n == QLatin1String("ChosenValue")) *out = QString::number(ChosenValue);
+        else if (n == QLatin1String("BoxDriving")) *out = flagText(BoxDriving);
+        else if (n == QLatin1String("BarDriving")) *out = flagText(BarDriving);
+        else return false;
+        return true;
+    });
 }
+
+NewValue1::~NewValue1() { unregisterScenarioVariables(QStringLiteral("NewValue1")); }
 
 void NewValue1::Setup(const QString &caption, const QString &label, int16_t maximum, int16_t minimum,
                       int16_t value, int16_t largeStep, int16_t smallStep, bool &showResize) {
@@ -231,7 +245,17 @@ NewSize1::NewSize1(QWidget *parent) : ValuePrompt(parent) {
         QCoreApplication::postEvent(this, new QKeyEvent(QEvent::KeyRelease, Qt::Key_F1, Qt::NoModifier));
     });
     adjustSize();
+    registerScenarioVariables(QStringLiteral("NewSize1"), [this](const QString &n, QString *out) {
+        if (n == QLatin1String("SizeAccepted")) *out = flagText(SizeAccepted);
+        else if (n == QLatin1String("SizeMode")) *out = QString::number(SizeMode);
+        else if (n == QLatin1String("BoxDriving")) *out = flagText(BoxDriving);
+        else if (n == QLatin1String("BarDriving")) *out = flagText(BarDriving);
+        else return false;
+        return true;
+    });
 }
+
+NewSize1::~NewSize1() { unregisterScenarioVariables(QStringLiteral("NewSize1")); }
 
 void NewSize1::Setup(int16_t mode, const ImagingControl &image) {
     if (mode == 3 && image.hasRegion()) {

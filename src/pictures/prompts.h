@@ -39,6 +39,7 @@ class NewValue1 : public ValuePrompt {
     Q_OBJECT
 public:
     explicit NewValue1(QWidget *parent = nullptr);
+    ~NewValue1() override;
 
     void Setup(const QString &caption, const QString &label, int16_t maximum, int16_t minimum,
                int16_t value, int16_t largeStep, int16_t smallStep, bool &showResize);
@@ -70,6 +71,7 @@ class NewSize1 : public ValuePrompt {
     Q_OBJECT
 public:
     explicit NewSize1(QWidget *parent = nullptr);
+    ~NewSize1() override;
 
     // Sizes come from the picture (mode 0) or its marked region (mode 3) of `image`.
     void Setup(int16_t mode, const ImagingControl &image);

@@ -1,5 +1,6 @@
 // The number prompts: the scroll bar and the text box follow each other, OK validates
 // silently, and the aspect lock of the size prompt keeps its rounding and limits.
+#include "core/scenario_hooks.h"
 #include "pictures/prompts.h"
 
 #include <QApplication>
@@ -46,6 +47,39 @@ private slots:
         QCOMPARE(d.NewValueBar->value(), 640);
         d.NewValueBox->setText(QStringLiteral("abc"));
         QCOMPARE(d.NewValueBar->value(), 640);
+    }
+
+    // The prompts' fields are readable by name while a prompt is loaded, and gone after.
+    void fieldsReadableByName() {
+        auto var = [](const char *n) {
+            QString out;
+            return scenarioVariable(QLatin1String(n), &out) ? out : QStringLiteral("<none>");
+        };
+        {
+            NewValue1 d;
+            bool showResize = false;
+            d.Setup(QStringLiteral("Zoom In/Out"), QStringLiteral("Whole Percent:"), 800, 1, 100, 100, 10, showResize);
+            QCOMPARE(var("ValueAccepted"), QStringLiteral("false"));
+            QCOMPARE(var("BoxDriving"), QStringLiteral("false"));
+            // Out of range: the bar stays, so nothing clears the box's guard.
+            d.NewValueBox->setText(QStringLiteral("801"));
+            QCOMPARE(var("BoxDriving"), QStringLiteral("true"));
+            QCOMPARE(var("BarDriving"), QStringLiteral("false"));
+            d.NewValueBox->setText(QStringLiteral("300"));
+            d.OKBtn->click();
+            QCOMPARE(var("ValueAccepted"), QStringLiteral("true"));
+            QCOMPARE(var("ChosenValue"), QStringLiteral("300"));
+        }
+        QCOMPARE(var("ChosenValue"), QStringLiteral("<none>"));
+        {
+            NewSize1 d;
+            d.Setup(3, 20, 10);
+            QCOMPARE(var("SizeMode"), QStringLiteral("3"));
+            QCOMPARE(var("SizeAccepted"), QStringLiteral("false"));
+            d.OKBtn->click();
+            QCOMPARE(var("SizeAccepted"), QStringLiteral("true"));
+        }
+        QCOMPARE(var("SizeMode"), QStringLiteral("<none>"));
     }
 
     void okValidatesSilently() {

@@ -1,0 +1,228 @@
+// The picture side of the main window driven directly: a fetch from a small HTTP server
+// through LoadImage and the control's events, the double click on a picture still
+// fetching, the strict fit test of ResizeImage, Normal on a minimised window, the pan
+// window's place, and the view list's tool state.
+#include "app/tarnwick1.h"
+#include "app/tool_manager.h"
+#include "core/globals.h"
+#include "core/options_store.h"
+#include "pictures/imaging_control.h"
+#include "pictures/pictures_module.h"
+#include "tiny_http.h"
+
+#include <QAction>
+#include <QBuffer>
+#include <QDir>
+#include <QFrame>
+#include <QListWidget>
+#include <QPainter>
+#include <QTemporaryDir>
+#include <QTest>
+#include <cmath>
+
+using namespace tw;
+using twtest::TinyHttp;
+
+namespace {
+
+QImage testPicture(int w, int h) {
+    QImage img(w, h, QImage::Format_RGB32);
+    QPainter p(&img);
+    p.fillRect(img.rect(), QColor(40, 80, 160));
+    p.fillRect(QRect(0, 0, w / 2, h / 2), QColor(200, 30, 30));
+    return img;
+}
+
+QByteArray pngBytes(int w, int h) {
+    QByteArray png;
+    QBuffer b(&png);
+    b.open(QIODevice::WriteOnly);
+    testPicture(w, h).save(&b, "PNG");
+    return png;
+}
+
+}  // namespace
+
+class PictureWindowTest : public QObject {
+    Q_OBJECT
+    Tarnwick1 *w = nullptr;
+    PicturesModule *P = nullptr;
+    QTemporaryDir dir_;
+
+    int formPointer() const { return w->property("MousePointer").toInt(); }
+    bool frame5Shown() const { return P->Frame5->isVisibleTo(w->Frame1[0]); }
+    bool image1Shown() const { return P->Image1->isVisibleTo(w->Frame1[0]); }
+
+private slots:
+    void init() {
+        const QString data = QDir::homePath() + QStringLiteral("/.local/share/tarnwick");
+        qputenv("XDG_DATA_HOME", (QDir::homePath() + QStringLiteral("/.local/share")).toLocal8Bit());
+        QDir().mkpath(data);
+        ColorSettings c;
+        SaveColors(c, data);
+        OptionSettings o;
+        SetDefaultOptions(o, data);
+        SaveOptions(o, data);
+        w = new Tarnwick1(QString());
+        w->show();
+        w->activated();
+        P = w->Pictures;
+        QVERIFY(P);
+        QVERIFY(!w->StartingUp);
+    }
+    void cleanup() {
+        G.FromInternet = false;
+        w->PictureChanged = false;
+        delete w;
+        w = nullptr;
+    }
+
+    // The fetch: "loading" is heard after LoadImage has finished starting it, so the
+    // control has reported a change since the fetch began; completion and the load-finished
+    // event then finish the remote picture.
+    void fetchReportsAndFinishes() {
+        TinyHttp server(pngBytes(48, 36));
+        QVERIFY(server.isListening());
+        const QString url = server.url("/slow.png");
+        G.FromInternet = true;
+        w->DisplayFile(url);
+        QCOMPARE(P->ReadyEventSeen, false);
+        QCOMPARE(P->FetchPending, true);
+        QCOMPARE(G.CurrentFile, url);
+        QCOMPARE(P->LastPicturePath, url);
+        QVERIFY(frame5Shown());
+        QVERIFY(!image1Shown());
+        QCOMPARE(formPointer(), 11);
+        QCOMPARE(P->Image1->mousePointer(), 11);
+        QTest::qWait(400);
+        QCOMPARE(P->Image1->readyState(), 1);
+        QCOMPARE(P->ReadyEventSeen, true);
+        QCOMPARE(P->FetchPending, true);
+        QTRY_VERIFY_WITH_TIMEOUT(!G.FromInternet, 8000);
+        QCOMPARE(P->Image1->readyState(), 4);
+        QCOMPARE(P->FetchPending, false);
+        QCOMPARE(w->PictureChanged, true);
+        QCOMPARE(G.InternetPictureLoaded, true);
+        QCOMPARE(G.SelectedFile, url);
+        QVERIFY(!frame5Shown());
+        QVERIFY(image1Shown());
+        QCOMPARE(formPointer(), 0);
+        QCOMPARE(P->Image1->mousePointer(), 0);
+        QCOMPARE(P->Image1->pixelWidth(), 48);
+        // The load-finished event came after "complete": the reset brought Normal back.
+        QCOMPARE(P->Image1->sizeMode(), 0);
+    }
+
+    // "Complete" sets the form's pointer back too, not only the control's.
+    void completeResetsTheFormPointer() {
+        TinyHttp server(pngBytes(16, 16));
+        G.FromInternet = true;
+        w->DisplayFile(server.url("/never.png"));
+        QCOMPARE(formPointer(), 11);
+        P->Image1_ReadyStateChange(4);
+        QCOMPARE(formPointer(), 0);
+        QCOMPARE(P->Image1->mousePointer(), 0);
+        QCOMPARE(P->FetchPending, false);
+        QCOMPARE(w->PictureChanged, true);
+        QVERIFY(!frame5Shown());
+        QVERIFY(image1Shown());
+        QCOMPARE(P->ReadyEventSeen, true);
+    }
+
+    // A double click on a picture still fetching finishes it.
+    void doubleClickFinishesAFetch() {
+        TinyHttp server(pngBytes(16, 16));
+        const QString url = server.url("/never.png");
+        G.FromInternet = true;
+        w->DisplayFile(url);
+        QVERIFY(G.FromInternet);
+        P->Image1_DblClick();
+        QCOMPARE(G.FromInternet, false);
+        QCOMPARE(G.InternetPictureLoaded, true);
+        QCOMPARE(G.SelectedFile, url);
+        QCOMPARE(formPointer(), 0);
+        QCOMPARE(P->Image1->mousePointer(), 0);
+        QVERIFY(image1Shown());
+        QCOMPARE(P->StretchOn, true);
+    }
+
+    // A bitmap exactly 600 twips short of the panel's height fits; one pixel more does not.
+    void resizeTestIsStrict() {
+        w->selectTab(2);
+        QFrame *f = w->Frame1[0];
+        const int fh = f->height(), fw = f->width();
+        QVERIFY(fh > 100 && fw > 100);
+        const int shrunkH = int(std::lround((fh * 15.0 - 100) / 15.0));
+        P->Image1->setImage(testPicture(40, fh - 40));  // (fh - 40) * 15 == fh * 15 - 600
+        P->ResetPicture();
+        QVERIFY(P->Image1->height() != shrunkH);
+        QCOMPARE(P->Image1->height(), fh - 40 + 2 * P->Image1->frameWidth());
+        P->Image1->setImage(testPicture(40, fh - 39));
+        P->ResetPicture();
+        QCOMPARE(P->Image1->height(), shrunkH);
+        QCOMPARE(P->Image1->width(), int(std::lround((fw * 15.0 - 75) / 15.0)));
+    }
+
+    // Normal on a minimised window changes nothing at all, not even StretchOn.
+    void normalOnAMinimisedWindow() {
+        w->selectTab(2);
+        P->Image1->setImage(testPicture(60, 40));
+        P->ResetPicture();
+        P->ViewStretch();
+        QCOMPARE(P->StretchOn, true);
+        QCOMPARE(P->Image1->sizeMode(), 1);
+        w->setWindowState(Qt::WindowMinimized);
+        QVERIFY(w->isMinimized());
+        P->ViewNormal();
+        QCOMPARE(P->StretchOn, true);
+        QCOMPARE(P->Image1->sizeMode(), 1);
+        w->setWindowState(Qt::WindowNoState);
+        P->ViewNormal();
+        QCOMPARE(P->StretchOn, false);
+        QCOMPARE(P->Image1->sizeMode(), 0);
+    }
+
+    // Left edge 300 on a window whose top is 20: the pan window opens at 400, 400.
+    void panWindowPlace() {
+        w->selectTab(2);
+        P->Image1->setImage(testPicture(300, 200));
+        P->ResetPicture();
+        w->move(300, 20);
+        QTRY_COMPARE(w->x(), 300);
+        QCOMPARE(w->y(), 20);
+        G.SuppressToolCommand = false;
+        w->ToolBarComp1->action(QStringLiteral("ID_ViewPan"))->trigger();
+        QCOMPARE(P->PanOn, true);
+        QCOMPARE(P->Image1->panWindowProps().left, 400);
+        QCOMPARE(P->Image1->panWindowProps().top, 400);
+        QCOMPARE(P->Image1->panWindowProps().width, 150);
+        QCOMPARE(P->Image1->panWindowProps().height, 200);
+        QCOMPARE(P->Image1->panWindowProps().rectColor, uint32_t(255));
+        QVERIFY(P->Image1->panWindow());
+        QCOMPARE(P->Image1->panWindow()->windowTitle(), QStringLiteral("Pan Window"));
+        QCOMPARE(P->Image1->panWindow()->geometry().topLeft(), QPoint(400, 400));
+    }
+
+    // Opening a file already in the view list leaves the list's current row, and the view
+    // list tool checked is that row's, not the new picture's.
+    void viewListToolFollowsTheCurrentRow() {
+        QVERIFY(dir_.isValid());
+        const QString a = dir_.filePath(QStringLiteral("a.png")), b = dir_.filePath(QStringLiteral("b.png"));
+        QVERIFY(testPicture(20, 10).save(a));
+        QVERIFY(testPicture(30, 10).save(b));
+        w->DisplayFile(a);
+        w->DisplayFile(b);
+        QCOMPARE(w->List3->currentRow(), 1);
+        QVERIFY(w->ToolBarComp1->isChecked(b));
+        w->DisplayFile(a);
+        QCOMPARE(G.CurrentFile, a);
+        QCOMPARE(P->Image1->pixelWidth(), 20);
+        QCOMPARE(w->List3->count(), 2);
+        QCOMPARE(w->List3->currentRow(), 1);
+        QVERIFY(w->ToolBarComp1->isChecked(b));
+        QCOMPARE(G.SuppressToolCommand, false);
+    }
+};
+
+QTEST_MAIN(PictureWindowTest)
+#include "picture_window_test.moc"
