@@ -269,12 +269,18 @@ TreeNode *ShellTreeModel::reveal(const QString &rawPath)
     const QString rest = path.mid(best->path.size());
     for (const QString &part : rest.split(u'/', Qt::SkipEmptyParts)) {
         scan(cur);
-        TreeNode *next = nullptr;
-        for (auto &c : cur->children)
-            if (c->name == part) {
-                next = c.get();
-                break;
-            }
+        auto childNamed = [&]() -> TreeNode * {
+            for (auto &c : cur->children)
+                if (c->name == part) return c.get();
+            return nullptr;
+        };
+        TreeNode *next = childNamed();
+        if (!next && !cur->isVirtual) {
+            // Read earlier, before the folder was made: read it again.
+            refreshNode(cur, false);
+            rebuildFlat();
+            next = childNamed();
+        }
         if (!next) return nullptr;
         chain.push_back(next);
         cur = next;
@@ -301,7 +307,7 @@ void ShellTreeModel::forget(TreeNode *n)
         }
 }
 
-void ShellTreeModel::refreshNode(TreeNode *n)
+void ShellTreeModel::refreshNode(TreeNode *n, bool deep)
 {
     if (!n->scanned) return;
     if (!n->isVirtual && !n->loop) {
@@ -345,12 +351,18 @@ void ShellTreeModel::refreshNode(TreeNode *n)
         }
         if (n->children.empty() && n->expanded) n->expanded = false;
     }
-    for (auto &c : n->children) refreshNode(c.get());
+    if (deep)
+        for (auto &c : n->children) refreshNode(c.get());
 }
 
 void ShellTreeModel::refresh()
 {
     for (auto &r : roots_) refreshNode(r.get());
+    rebuildFlat();
+}
+
+void ShellTreeModel::rebuildFlat()
+{
     // Nodes again from the expansion state.
     flat_.clear();
     std::function<void(TreeNode *)> add = [&](TreeNode *n) {

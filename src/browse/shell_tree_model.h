@@ -107,7 +107,9 @@ private:
     void scan(TreeNode *n);
     void populate(TreeNode *n);
     void insertVisible(TreeNode *n, std::vector<TreeNode *> &out) const;
-    void refreshNode(TreeNode *n);
+    // Reads N's folder again; with Deep its read sub-folders too. Nodes needs rebuildFlat().
+    void refreshNode(TreeNode *n, bool deep = true);
+    void rebuildFlat();
     void forget(TreeNode *n);
     bool isAncestorFolder(const TreeNode *parent, const FolderId &id) const;
     QIcon iconFor(const TreeNode *n) const;
