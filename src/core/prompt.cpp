@@ -34,13 +34,13 @@ void setPromptParent(QWidget *w) { g_parent = w; }
 bool askYesNo(const QString &text, const QString &title, QWidget *parent)
 {
     return run(text, title, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes,
-               QMessageBox::Question, parent) == QMessageBox::Yes;
+               QMessageBox::NoIcon, parent) == QMessageBox::Yes;
 }
 
 BoxAnswer askYesNoCancel(const QString &text, const QString &title, QWidget *parent)
 {
     switch (run(text, title, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel,
-                QMessageBox::Yes, QMessageBox::Question, parent)) {
+                QMessageBox::Yes, QMessageBox::NoIcon, parent)) {
     case QMessageBox::Yes: return BoxAnswer::Yes;
     case QMessageBox::No: return BoxAnswer::No;
     default: return BoxAnswer::Cancel;
@@ -50,12 +50,12 @@ BoxAnswer askYesNoCancel(const QString &text, const QString &title, QWidget *par
 bool askOkCancel(const QString &text, const QString &title, QWidget *parent)
 {
     return run(text, title, QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Ok,
-               QMessageBox::Question, parent) == QMessageBox::Ok;
+               QMessageBox::NoIcon, parent) == QMessageBox::Ok;
 }
 
 void inform(const QString &text, const QString &title, QWidget *parent)
 {
-    run(text, title, QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Information, parent);
+    run(text, title, QMessageBox::Ok, QMessageBox::Ok, QMessageBox::NoIcon, parent);
 }
 
 }  // namespace tw
