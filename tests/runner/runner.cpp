@@ -68,7 +68,7 @@ int timeoutMs()
 {
     bool ok = false;
     const int v = qEnvironmentVariableIntValue("TW_SCENARIO_TIMEOUT", &ok);
-    return ok && v > 0 ? v : 5000;
+    return ok && v > 0 ? v : 10000;
 }
 
 QString boolText(bool b) { return b ? QStringLiteral("true") : QStringLiteral("false"); }
