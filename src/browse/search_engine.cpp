@@ -130,6 +130,7 @@ void SearchEngine::SearchFunction()
     // as entered (a depth-first walk passed them on its way down), the start node and what
     // lies behind it are entered afresh, whichever way an earlier walk went.
     tree_.forgetEntered();
+    tree_.newEpoch();
     if (TreeNode *start = tree_.node(S.CurrentSearchNode))
         for (TreeNode *a = start->parent; a; a = a->parent) tree_.enter(a);
     long long nodeLimit = (long long)G.Options.NextSearchLimit + (long long)G.Options.InitialSearchLimit;

@@ -53,6 +53,7 @@ void ShellTree::setViewCurrent(TreeNode *n)
 void ShellTree::selectNode(TreeNode *n)
 {
     if (!n) return;
+    model_->newEpoch();
     model_->setSelected(n);
     setViewCurrent(n);
     if (list_) list_->showFolder(n->path);
@@ -127,6 +128,7 @@ void ShellTree::onViewExpanded(const QModelIndex &idx, bool on)
     if (syncing_) return;
     TreeNode *n = model_->nodeFor(idx);
     if (!n) return;
+    if (on) model_->newEpoch();
     syncing_ = true;
     model_->setExpanded(n, on);
     syncing_ = false;
@@ -137,6 +139,7 @@ void ShellTree::onCurrentChanged(const QModelIndex &cur)
     if (syncing_) return;
     TreeNode *n = model_->nodeFor(cur);
     if (!n || n == model_->selected()) return;
+    model_->newEpoch();
     model_->setSelected(n);
     if (list_) list_->showFolder(n->path);
     emit folderChanged();

@@ -146,6 +146,7 @@ void ShellTreeModel::scan(TreeNode *n)
 {
     if (n->scanned) return;
     n->scanned = true;
+    n->scanEpoch = epoch_;
     if (n->isVirtual) {
         int row = 0;
         for (const RootSpec &c : n->fixed) n->children.push_back(makeNode(c, n, row++));
@@ -173,8 +174,23 @@ void ShellTreeModel::scan(TreeNode *n)
     }
 }
 
+void ShellTreeModel::freshen(TreeNode *n)
+{
+    if (!n->scanned || n->isVirtual || n->loop || n->scanEpoch == epoch_) return;
+    refreshNode(n, false);
+    if (n->expanded) rebuildFlat();
+}
+
 bool ShellTreeModel::hasSubFolders(TreeNode *n)
 {
+    if (!n || n->loop) return false;
+    freshen(n);
+    return anySubFolders(n);
+}
+
+bool ShellTreeModel::anySubFolders(TreeNode *n)
+{
+    // The view asks this while it paints: the children as read, never a new read of them.
     if (!n || n->loop) return false;
     scan(n);
     return !n->children.empty();
@@ -213,6 +229,7 @@ int ShellTreeModel::setExpanded(TreeNode *n, bool on)
     if (!n) return ShellError;
     if (on) {
         if (n->loop) return 0;
+        if (!n->expanded) freshen(n);
         scan(n);
         if (n->scanError) return ShellError;
         if (n->expanded || n->children.empty()) return 0;
@@ -310,6 +327,7 @@ void ShellTreeModel::forget(TreeNode *n)
 void ShellTreeModel::refreshNode(TreeNode *n, bool deep)
 {
     if (!n->scanned) return;
+    n->scanEpoch = epoch_;
     if (!n->isVirtual && !n->loop) {
         std::vector<SubFolder> subs;
         const int err = readSubFolders(n->path, subs);
@@ -423,13 +441,13 @@ int ShellTreeModel::columnCount(const QModelIndex &) const { return 1; }
 bool ShellTreeModel::hasChildren(const QModelIndex &parent) const
 {
     if (!parent.isValid()) return !roots_.empty();
-    return const_cast<ShellTreeModel *>(this)->hasSubFolders(nodeFor(parent));
+    return const_cast<ShellTreeModel *>(this)->anySubFolders(nodeFor(parent));
 }
 
 bool ShellTreeModel::canFetchMore(const QModelIndex &parent) const
 {
     TreeNode *n = nodeFor(parent);
-    return n && !n->populated && const_cast<ShellTreeModel *>(this)->hasSubFolders(n);
+    return n && !n->populated && const_cast<ShellTreeModel *>(this)->anySubFolders(n);
 }
 
 void ShellTreeModel::fetchMore(const QModelIndex &parent)

@@ -39,6 +39,7 @@ struct TreeNode {
     bool expanded = false;
     bool loop = false;  // the same folder as one of its ancestors
     int scanError = 0;
+    unsigned scanEpoch = 0;  // the epoch in which the children were last read
     FolderId id;
 };
 
@@ -65,8 +66,12 @@ public:
     bool valid(int i) const { return i >= 0 && i < count(); }
     TreeNode *node(int i) const { return valid(i) ? flat_[size_t(i)] : nullptr; }
     int indexOf(const TreeNode *n) const;  // -1 when not in Nodes (hidden or gone)
-    // Reads the node's children if not read yet; true when it has any.
+    // Reads the node's children if not read in this epoch; true when it has any.
     bool hasSubFolders(TreeNode *n);
+    // A new epoch: a node read before it is read again the next time the walk or an
+    // expansion asks for its children, so folders made since then by another program
+    // are found. A walk and each move of the user start one.
+    void newEpoch() { ++epoch_; }
     // Expands or collapses; 0 or the error number (ShellError when the folder cannot be read).
     int setExpanded(TreeNode *n, bool on);
     int setExpanded(int i, bool on) { return valid(i) ? setExpanded(node(i), on) : ShellError; }
@@ -105,6 +110,9 @@ signals:
 private:
     std::unique_ptr<TreeNode> makeNode(const RootSpec &spec, TreeNode *parent, int row);
     void scan(TreeNode *n);
+    // Reads a node again when its children were read in an earlier epoch.
+    void freshen(TreeNode *n);
+    bool anySubFolders(TreeNode *n);
     void populate(TreeNode *n);
     void insertVisible(TreeNode *n, std::vector<TreeNode *> &out) const;
     // Reads N's folder again; with Deep its read sub-folders too. Nodes needs rebuildFlat().
@@ -117,6 +125,7 @@ private:
     std::vector<std::unique_ptr<TreeNode>> roots_;
     std::vector<TreeNode *> flat_;
     TreeNode *selected_ = nullptr;
+    unsigned epoch_ = 1;
     std::unordered_map<FolderId, TreeNode *, FolderIdHash> entered_;
     mutable QIcon folderIcon_, homeIcon_, driveIcon_, networkIcon_, hostIcon_, rootIcon_;
 };
