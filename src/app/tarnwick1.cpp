@@ -384,10 +384,11 @@ void Tarnwick1::buildControls()
         screen->setFrameShape(QFrame::StyledPanel);
         screen->setAutoFillBackground(true);
         auto *sl = new QVBoxLayout(screen);
-        for (const char *name : tab == 3 ? std::initializer_list<const char *>{"VideoLabel1"}
-                                         : std::initializer_list<const char *>{"Label3", "MusicLabel1"}) {
+        const QStringList labels = tab == 3 ? QStringList{QStringLiteral("VideoLabel1")}
+                                            : QStringList{QStringLiteral("Label3"), QStringLiteral("MusicLabel1")};
+        for (const QString &name : labels) {
             auto *lab = new QLabel(screen);
-            lab->setObjectName(QString::fromLatin1(name));
+            lab->setObjectName(name);
             lab->setAlignment(Qt::AlignCenter);
             sl->addWidget(lab);
         }
@@ -730,9 +731,7 @@ void Tarnwick1::LoadFolderPictures()
 {
     if (List3->count() != 0) return;
     for (const QString &p : Browse->listItemPaths()) {
-        if (p.isEmpty()) continue;
-        QFileInfo fi(p);
-        if (!fi.exists() || fi.isDir()) continue;
+        if (p.trimmed().isEmpty() || FileMissing(p)) continue;
         if (IsPictureExt(GetFileExt(p))) List3->addItem(p);
     }
     if (List3->count() > 0) {
