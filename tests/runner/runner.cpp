@@ -71,8 +71,6 @@ int timeoutMs()
     return ok && v > 0 ? v : 10000;
 }
 
-QString boolText(bool b) { return b ? QStringLiteral("true") : QStringLiteral("false"); }
-
 class Runner : public QObject {
 public:
     Runner(const QString &file, const QString &fixtures) : file_(file), fixtures_(fixtures) {}
