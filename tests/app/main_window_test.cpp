@@ -1,4 +1,5 @@
 // Window tests of the main window: the tool click rule, the timer, the hold-to-drag button.
+#include "common/main_window_fixture.h"
 #include "app/tarnwick1.h"
 #include "app/tool_manager.h"
 #include "app/tools_tab.h"
@@ -23,21 +24,7 @@ class MainWindowTest : public QObject {
     Tarnwick1 *w = nullptr;
 
 private slots:
-    void init()
-    {
-        // Settings in place so no box interrupts the window's start.
-        const QString dir = QDir::homePath() + QStringLiteral("/.local/share/tarnwick");
-        qputenv("XDG_DATA_HOME", (QDir::homePath() + QStringLiteral("/.local/share")).toLocal8Bit());
-        QDir().mkpath(dir);
-        ColorSettings c;
-        SaveColors(c, dir);
-        OptionSettings o;
-        SetDefaultOptions(o, dir);
-        SaveOptions(o, dir);
-        w = new Tarnwick1(QString());
-        w->show();
-        w->activated();
-    }
+    void init() { w = twtest::startMainWindow(); }
     void cleanup()
     {
         delete w;

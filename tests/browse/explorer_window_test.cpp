@@ -1,5 +1,6 @@
 // Window tests of the Find tab's panes inside the main window: Escape in each of the five
 // places that see it, and a double click on a file deleted behind the list's back.
+#include "common/main_window_fixture.h"
 #include "app/tarnwick1.h"
 #include "app/tool_manager.h"
 #include "browse/browse_module.h"
@@ -23,21 +24,7 @@ class ExplorerWindowTest : public QObject {
     Tarnwick1 *w = nullptr;
 
 private slots:
-    void init()
-    {
-        // Settings in place so no box interrupts the window's start.
-        const QString dir = QDir::homePath() + QStringLiteral("/.local/share/tarnwick");
-        qputenv("XDG_DATA_HOME", (QDir::homePath() + QStringLiteral("/.local/share")).toLocal8Bit());
-        QDir().mkpath(dir);
-        ColorSettings c;
-        SaveColors(c, dir);
-        OptionSettings o;
-        SetDefaultOptions(o, dir);
-        SaveOptions(o, dir);
-        w = new Tarnwick1(QString());
-        w->show();
-        w->activated();
-    }
+    void init() { w = twtest::startMainWindow(); }
     void cleanup()
     {
         delete w;

@@ -1,6 +1,7 @@
 // The imaging control's operations: handles that copy, size modes, zoom, units, drag pan,
 // magnifier, pan window, regions, resize, brightness and contrast, clipboard, file facts,
 // and the fetch of an address from a small HTTP server started here.
+#include "test_picture.h"
 #include "pictures/imaging_control.h"
 #include "pictures/imaging_errors.h"
 #include "test_support.h"
@@ -20,19 +21,8 @@
 
 using namespace tw;
 using twtest::TinyHttp;
+using twtest::testPicture;
 
-namespace {
-
-QImage testPicture(int w, int h) {
-    QImage img(w, h, QImage::Format_RGB32);
-    QPainter p(&img);
-    p.fillRect(img.rect(), QColor(40, 80, 160));
-    p.fillRect(QRect(0, 0, w / 2, h / 2), QColor(200, 30, 30));
-    p.end();
-    return img;
-}
-
-}  // namespace
 
 class ImagingControlTest : public QObject {
     Q_OBJECT

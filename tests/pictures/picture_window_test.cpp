@@ -2,6 +2,7 @@
 // through LoadImage and the control's events, the double click on a picture still
 // fetching, the strict fit test of ResizeImage, Normal on a minimised window, the pan
 // window's place, and the view list's tool state.
+#include "test_picture.h"
 #include "app/tarnwick1.h"
 #include "app/tool_manager.h"
 #include "core/globals.h"
@@ -22,16 +23,10 @@
 
 using namespace tw;
 using twtest::TinyHttp;
+using twtest::testPicture;
 
 namespace {
 
-QImage testPicture(int w, int h) {
-    QImage img(w, h, QImage::Format_RGB32);
-    QPainter p(&img);
-    p.fillRect(img.rect(), QColor(40, 80, 160));
-    p.fillRect(QRect(0, 0, w / 2, h / 2), QColor(200, 30, 30));
-    return img;
-}
 
 QByteArray pngBytes(int w, int h) {
     QByteArray png;
