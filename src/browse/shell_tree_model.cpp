@@ -104,17 +104,17 @@ std::vector<RootSpec> ShellTreeModel::platformRoots()
     return roots;
 }
 
-std::unique_ptr<TreeNode> ShellTreeModel::makeNode(const RootSpec &spec, TreeNode *parent, int row)
+std::unique_ptr<TreeNode> ShellTreeModel::makeNode(const RootSpec &root, TreeNode *parent, int row)
 {
     auto n = std::make_unique<TreeNode>();
-    n->name = spec.name;
-    n->path = spec.path.isEmpty() ? QString() : QDir::cleanPath(spec.path);
+    n->name = root.name;
+    n->path = root.path.isEmpty() ? QString() : QDir::cleanPath(root.path);
     n->parent = parent;
     n->row = row;
     n->depth = parent ? parent->depth + 1 : 0;
     n->isVirtual = n->path.isEmpty();
-    n->fixed = spec.children;
-    n->fsAncestor = leadsToFolders(spec);
+    n->fixed = root.children;
+    n->fsAncestor = leadsToFolders(root);
     if (!n->isVirtual) {
         n->id = folderIdOf(n->path);
         n->loop = parent && isAncestorFolder(parent, n->id);

@@ -108,7 +108,7 @@ signals:
     void expansionChanged(TreeNode *n, bool on);
 
 private:
-    std::unique_ptr<TreeNode> makeNode(const RootSpec &spec, TreeNode *parent, int row);
+    std::unique_ptr<TreeNode> makeNode(const RootSpec &root, TreeNode *parent, int row);
     void scan(TreeNode *n);
     // Reads a node again when its children were read in an earlier epoch.
     void freshen(TreeNode *n);

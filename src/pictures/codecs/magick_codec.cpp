@@ -185,19 +185,19 @@ Status read(const QString &path, int page, bool allPages, Decoded *out, QString 
     initialise();
     MagickTiffScope tiffScope;
     if (!QFileInfo(path).isFile()) return Status::NoSuchFile;
-    std::string spec = localPath(path);
-    if (!coderHint.isEmpty()) spec = coderHint.toStdString() + ":" + spec;
+    std::string source = localPath(path);
+    if (!coderHint.isEmpty()) source = coderHint.toStdString() + ":" + source;
     try {
         std::list<Magick::Image> images;
         Magick::ReadOptions opts;
         opts.quiet(false);
         if (allPages) {
-            Magick::readImages(&images, spec, opts);
+            Magick::readImages(&images, source, opts);
         } else {
             // The page is chosen with ImageMagick's scene suffix, "file[n]".
             Magick::Image img;
             img.quiet(false);
-            img.read(spec + "[" + std::to_string(std::max(page, 1) - 1) + "]");
+            img.read(source + "[" + std::to_string(std::max(page, 1) - 1) + "]");
             images.push_back(img);
         }
         return collect(images, out);
@@ -209,7 +209,7 @@ Status read(const QString &path, int page, bool allPages, Decoded *out, QString 
         Magick::Image img;
         try {
             img.quiet(true);
-            img.read(spec + "[" + std::to_string(std::max(page, 1) - 1) + "]");
+            img.read(source + "[" + std::to_string(std::max(page, 1) - 1) + "]");
             std::list<Magick::Image> images{img};
             return collect(images, out);
         } catch (const Magick::Exception &e) {
