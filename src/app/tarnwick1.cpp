@@ -1026,8 +1026,8 @@ void Tarnwick1::OnTabLeaving(int newTab, int oldTab)
         ToolBarComp1->setToolbarVisible(6, true);
         ToolBarComp1->setToolbarVisible(7, true);
         if (InternetFirstEntry) {
-            if (QAction *a = ToolBarComp1->action(QStringLiteral("ID_IntURLEnter")))
-                a->setToolTip(QStringLiteral("Enter Web Site Page Location or Select Visited Page"));
+            ToolBarComp1->setToolTip(QStringLiteral("ID_IntURLEnter"),
+                                     QStringLiteral("Enter Web Site Page Location or Select Visited Page"));
             InternetFirstEntry = false;
         }
     } else if (key == QLatin1String("Slide") || key == QLatin1String("Tools")) {
@@ -1416,6 +1416,7 @@ bool Tarnwick1::windowVariableText(const QString &name, QString *out) const
     else if (name == QLatin1String("Activations")) *out = QString::number(Activations);
     else if (name == QLatin1String("VideoListPath")) *out = VideoListPath;
     else if (name == QLatin1String("MusicListPath")) *out = MusicListPath;
+    else if (name == QLatin1String("MediaFilterExtra")) *out = Cat.MediaFilterExtra;
     else if (name.startsWith(QLatin1String("CommandArg")) && name.size() == 11) {
         const int i = name.at(10).digitValue();
         if (i < 1 || i > 6) return false;

@@ -224,6 +224,14 @@ QString ToolManager::caption(const QString &id) const
     return t ? t->caption : QString();
 }
 
+void ToolManager::setToolTip(const QString &id, const QString &tip)
+{
+    if (Tool *t = tool(id)) {
+        t->toolTip = tip;
+        t->action->setToolTip(tip.isEmpty() ? t->caption : tip);
+    }
+}
+
 QString ToolManager::toolTip(const QString &id) const
 {
     Tool *t = tool(id);

@@ -51,6 +51,7 @@ public:
     void setCaption(const QString &id, const QString &caption);
     QString caption(const QString &id) const;
     QString toolTip(const QString &id) const;
+    void setToolTip(const QString &id, const QString &tip);
     QString category(const QString &id) const;
 
     // Toolbars by position 1..7; position 1 is the menu bar.

@@ -49,6 +49,8 @@ bool globalVariableText(const QString &name, QString *out)
         {"InternetPictureLoaded", [&] { return b(g.InternetPictureLoaded); }},
         {"QuickTipsOpen", [&] { return b(g.QuickTipsOpen); }},
         {"EditedFile", [&] { return g.EditedFile; }},
+        // The file under edit goes by both names in the program's own talk.
+        {"EditFile", [&] { return g.EditedFile; }},
         {"SlideShowOnFolder", [&] { return b(g.SlideShowOnFolder); }},
         {"Select1Loaded", [&] { return b(g.Select1Loaded); }},
         {"Select1Visible", [&] { return b(g.Select1Visible); }},
