@@ -19,6 +19,7 @@
 #include "tools_tab.h"
 
 #include <QAction>
+#include <functional>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -118,59 +119,39 @@ Tarnwick1::Tarnwick1(const QString &rawCommandLine, QWidget *parent) : QMainWind
 // The public routines of the main window, reachable by name (the scenario runner's "call").
 void Tarnwick1::registerRoutines()
 {
+    // A routine without arguments, and one that takes a path (or a name) as its argument.
+    auto none = [](const QString &name, std::function<void()> fn) {
+        registerScenarioRoutine(name, [fn](const QStringList &) {
+            fn();
+            return QString();
+        });
+    };
+    auto withPath = [](const QString &name, std::function<void(const QString &)> fn) {
+        registerScenarioRoutine(name, [fn](const QStringList &a) {
+            fn(a.value(0));
+            return QString();
+        });
+    };
     auto one = [](const QStringList &a) { return a.value(0); };
     auto flag = [](const QStringList &a) {
         const QString v = a.value(0).toLower();
         return v == QLatin1String("true") || v == QLatin1String("1");
     };
-    registerScenarioRoutine(QStringLiteral("DisplayFile"), [this, one](const QStringList &a) {
-        DisplayFile(one(a));
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("ResetSession"), [this](const QStringList &) {
-        ResetSession();
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("ShowExplorerItem"), [this](const QStringList &) {
-        ShowExplorerItem();
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("BackToPreviousTab"), [this](const QStringList &) {
-        BackToPreviousTab();
-        return QString();
-    });
+    withPath(QStringLiteral("DisplayFile"), [this](const QString &p) { DisplayFile(p); });
+    none(QStringLiteral("ResetSession"), [this] { ResetSession(); });
+    none(QStringLiteral("ShowExplorerItem"), [this] { ShowExplorerItem(); });
+    none(QStringLiteral("BackToPreviousTab"), [this] { BackToPreviousTab(); });
     registerScenarioRoutine(QStringLiteral("SetFileCommands"), [this, flag](const QStringList &a) {
         SetFileCommands(flag(a));
         return QString();
     });
-    registerScenarioRoutine(QStringLiteral("AddViewMenuItem"), [this, one](const QStringList &a) {
-        AddViewMenuItem(one(a));
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("AddDocumentHistory"), [this, one](const QStringList &a) {
-        AddDocumentHistory(one(a));
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("LoadFolderPictures"), [this](const QStringList &) {
-        LoadFolderPictures();
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("OpenWithShell"), [this](const QStringList &) {
-        OpenWithShell();
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("Timer1"), [this](const QStringList &) {
-        runTimer();
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("ApplyColors"), [this](const QStringList &) {
-        ApplyColors();
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("GetThisComputerName"), [this](const QStringList &) {
-        GetThisComputerName();
-        return QString();
-    });
+    withPath(QStringLiteral("AddViewMenuItem"), [this](const QString &p) { AddViewMenuItem(p); });
+    withPath(QStringLiteral("AddDocumentHistory"), [this](const QString &p) { AddDocumentHistory(p); });
+    none(QStringLiteral("LoadFolderPictures"), [this] { LoadFolderPictures(); });
+    none(QStringLiteral("OpenWithShell"), [this] { OpenWithShell(); });
+    none(QStringLiteral("Timer1"), [this] { runTimer(); });
+    none(QStringLiteral("ApplyColors"), [this] { ApplyColors(); });
+    none(QStringLiteral("GetThisComputerName"), [this] { GetThisComputerName(); });
     registerScenarioRoutine(QStringLiteral("SelectTab"), [this, one](const QStringList &a) {
         const int i = tabIndex(one(a)) ? tabIndex(one(a)) : one(a).toInt();
         selectTab(i);
@@ -205,54 +186,18 @@ void Tarnwick1::registerRoutines()
         tw::SetDefaultColors(G.Colors);
         return QString();
     });
-    registerScenarioRoutine(QStringLiteral("ShowColors"), [this](const QStringList &) {
-        Tools->ShowColors();
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("ShowOptions"), [this](const QStringList &) {
-        Tools->ShowOptions();
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("ReadColors"), [this](const QStringList &) {
-        Tools->ReadColors();
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("ReadOptions"), [this](const QStringList &) {
-        Tools->ReadOptions();
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("ValidateOptions"), [this](const QStringList &) {
-        Tools->ValidateOptions();
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("SetComputerName"), [this](const QStringList &) {
-        SetComputerName();
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("OnToolClick"), [this, one](const QStringList &a) {
-        OnToolClick(one(a));
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("LoadImage"), [this, one](const QStringList &a) {
-        LoadImage(one(a));
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("LoadMediaFile"), [this, one](const QStringList &a) {
-        LoadMediaFile(one(a));
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("LoadDocument"), [this, one](const QStringList &a) {
-        LoadDocument(one(a));
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("LoadText"), [this, one](const QStringList &a) {
-        LoadText(one(a));
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("AddFilterMenuItem"), [this, one](const QStringList &a) {
-        AddFilterMenuItem(one(a));
-        return QString();
-    });
+    none(QStringLiteral("ShowColors"), [this] { Tools->ShowColors(); });
+    none(QStringLiteral("ShowOptions"), [this] { Tools->ShowOptions(); });
+    none(QStringLiteral("ReadColors"), [this] { Tools->ReadColors(); });
+    none(QStringLiteral("ReadOptions"), [this] { Tools->ReadOptions(); });
+    none(QStringLiteral("ValidateOptions"), [this] { Tools->ValidateOptions(); });
+    none(QStringLiteral("SetComputerName"), [this] { SetComputerName(); });
+    withPath(QStringLiteral("OnToolClick"), [this](const QString &p) { OnToolClick(p); });
+    withPath(QStringLiteral("LoadImage"), [this](const QString &p) { LoadImage(p); });
+    withPath(QStringLiteral("LoadMediaFile"), [this](const QString &p) { LoadMediaFile(p); });
+    withPath(QStringLiteral("LoadDocument"), [this](const QString &p) { LoadDocument(p); });
+    withPath(QStringLiteral("LoadText"), [this](const QString &p) { LoadText(p); });
+    withPath(QStringLiteral("AddFilterMenuItem"), [this](const QString &p) { AddFilterMenuItem(p); });
     registerScenarioRoutine(QStringLiteral("SetVariable"), [](const QStringList &a) {
         // Sets a flag of the shared state, as another window of the program would.
         const QString n = a.value(0);
