@@ -112,8 +112,8 @@ FindFle1::FindFle1(browse::SearchState &state, QWidget *parent) : QDialog(parent
     CancelBtn->setToolTip(QStringLiteral("Click Cancel to Close File Search Window"));
     HelpBtn = new QPushButton(QStringLiteral("Help"), this);
     HelpBtn->setObjectName(QStringLiteral("HelpBtn"));
-    // Enter anywhere in the dialog is OK, also with another button focused.
-    for (QPushButton *b : {OKBtn, CancelBtn, HelpBtn}) b->setAutoDefault(false);
+    // Enter presses the focused button; anywhere else (the pattern box, a row) it is OK.
+    for (QPushButton *b : {OKBtn, CancelBtn, HelpBtn}) b->setAutoDefault(true);
     OKBtn->setDefault(true);
     connect(OKBtn, &QPushButton::clicked, this, &FindFle1::onOk);
     connect(CancelBtn, &QPushButton::clicked, this, &FindFle1::onCancel);

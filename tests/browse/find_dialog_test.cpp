@@ -98,3 +98,55 @@ TEST(FindFle1, OkHandsOverThePatternAndTheFilterRow)
         EXPECT_FALSE(d.CancelBtn->isEnabled());
     }
 }
+
+TEST(FindFle1, EnterPressesTheFocusedButton)
+{
+    for (Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+        // On Cancel: Cancel, with no search and the earlier pattern kept.
+        {
+            tw::browse::SearchState s;
+            s.SearchPattern = "*.OLD";
+            FindFle1 d(s);
+            d.show();
+            d.activateWindow();
+            QTimer::singleShot(0, &d, [&] {
+                d.CancelBtn->setFocus();
+                QTest::keyClick(d.CancelBtn, key);
+            });
+            EXPECT_EQ(d.exec(), QDialog::Rejected);
+            EXPECT_FALSE(s.SearchConfirmed);
+            EXPECT_EQ(s.SearchPattern, "*.OLD");
+        }
+        // On Help: the help, and the dialog stays open.
+        {
+            tw::browse::SearchState s;
+            FindFle1 d(s);
+            int helps = 0;
+            d.onHelp = [&] { ++helps; };
+            d.show();
+            d.activateWindow();
+            d.HelpBtn->setFocus();
+            QTest::keyClick(d.HelpBtn, key);
+            EXPECT_EQ(helps, 1);
+            EXPECT_TRUE(d.isVisible());
+            EXPECT_FALSE(s.SearchConfirmed);
+            d.reject();
+        }
+        // On OK and on a row: OK.
+        for (bool onRow : {false, true}) {
+            tw::browse::SearchState s;
+            FindFle1 d(s);
+            d.RDSELECT[2]->click();
+            d.show();
+            d.activateWindow();
+            QWidget *target = onRow ? static_cast<QWidget *>(d.RDSELECT[2]) : d.OKBtn;
+            QTimer::singleShot(0, &d, [&] {
+                target->setFocus();
+                QTest::keyClick(target, key);
+            });
+            EXPECT_EQ(d.exec(), QDialog::Accepted);
+            EXPECT_TRUE(s.SearchConfirmed);
+            EXPECT_EQ(s.SearchPattern, "*.BMP");
+        }
+    }
+}
