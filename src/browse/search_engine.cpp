@@ -126,13 +126,8 @@ void SearchEngine::SearchFunction()
 
     // 1. to 3.
     S.SearchCancelled = false;
-    // The memory of folders entered is this call's: the folders above the start node count
-    // as entered (a depth-first walk passed them on its way down), the start node and what
-    // lies behind it are entered afresh, whichever way an earlier walk went.
-    tree_.forgetEntered();
+    // Folders read before this walk are read again when the walk asks for their children.
     tree_.newEpoch();
-    if (TreeNode *start = tree_.node(S.CurrentSearchNode))
-        for (TreeNode *a = start->parent; a; a = a->parent) tree_.enter(a);
     long long nodeLimit = (long long)G.Options.NextSearchLimit + (long long)G.Options.InitialSearchLimit;
     bool networkAccepted = false;
     uint16_t yieldCounter = 0;
@@ -246,14 +241,14 @@ void SearchEngine::SearchFunction()
                 nodePath = n->path;
                 if (n->name.startsWith(QLatin1String("KODAK"))) (void)nodeAt(i)->fsAncestor;
             });
-            // A folder already entered through another path (a link, a mount seen twice) is
-            // not entered again: this keeps folder loops from running the walk forever.
-            run([&] {
-                if (!tree_.enter(nodeAt(i))) flow = Flow::NextNode;
-            });
+            // A folder that is one of its own ancestors (a link back up the tree) is not
+            // entered: its files are not counted and it does not open. It keeps its place
+            // in Nodes and meets the end test like any other node.
+            bool ownAncestor = false;
+            run([&] { ownAncestor = nodeAt(i)->loop; });
             // 6.11
-            run([&] { ok = SelectNodeFolder(i); });
-            if (flow == Flow::Go) {
+            if (!ownAncestor) run([&] { ok = SelectNodeFolder(i); });
+            if (flow == Flow::Go && !ownAncestor) {
                 if (ok) {
                     // 6.12
                     run([&] {

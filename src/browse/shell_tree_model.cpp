@@ -126,7 +126,6 @@ void ShellTreeModel::setRoots(const std::vector<RootSpec> &roots)
 {
     beginResetModel();
     flat_.clear();
-    entered_.clear();
     selected_ = nullptr;
     roots_.clear();
     int row = 0;
@@ -308,15 +307,6 @@ TreeNode *ShellTreeModel::reveal(const QString &rawPath)
 
 void ShellTreeModel::forget(TreeNode *n)
 {
-    for (auto it = entered_.begin(); it != entered_.end();) {
-        bool inside = false;
-        for (TreeNode *p = it->second; p; p = p->parent)
-            if (p == n) {
-                inside = true;
-                break;
-            }
-        it = inside ? entered_.erase(it) : std::next(it);
-    }
     for (TreeNode *p = selected_; p; p = p->parent)
         if (p == n) {
             selected_ = n->parent;
@@ -389,13 +379,6 @@ void ShellTreeModel::rebuildFlat()
             for (auto &c : n->children) add(c.get());
     };
     for (auto &r : roots_) add(r.get());
-}
-
-bool ShellTreeModel::enter(TreeNode *n)
-{
-    if (!n || !n->id.valid) return true;
-    auto [it, inserted] = entered_.try_emplace(n->id, n);
-    return inserted || it->second == n;
 }
 
 QModelIndex ShellTreeModel::indexFor(const TreeNode *n) const

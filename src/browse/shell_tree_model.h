@@ -11,7 +11,6 @@
 #include <QIcon>
 #include <QString>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 namespace tw::browse {
@@ -54,8 +53,8 @@ public:
 
     // The top of the tree; replaces every node.
     void setRoots(const std::vector<RootSpec> &roots);
-    // Home, the file system root, mounted removable media and the network node with the
-    // hosts of mounted network shares and their mount points.
+    // The file system root, mounted removable media, the network node with the hosts of
+    // mounted network shares and their mount points, and the home folder last.
     static std::vector<RootSpec> platformRoots();
     // The name of the virtual network node (a setting of the port).
     static QString networkRootName();
@@ -79,12 +78,6 @@ public:
     TreeNode *reveal(const QString &path);
     // Reads every read folder again: new folders appear, vanished ones go; expansion stays.
     void refresh();
-
-    // The walk's memory of folders entered: true when N is the first node to enter its
-    // folder (or entered it before), false when another node reached that folder first.
-    bool enter(TreeNode *n);
-    // Forgets every folder entered, at the start of a walk.
-    void forgetEntered() { entered_.clear(); }
 
     // The selected node (may be hidden under a collapsed parent, or null).
     TreeNode *selected() const { return selected_; }
@@ -126,7 +119,6 @@ private:
     std::vector<TreeNode *> flat_;
     TreeNode *selected_ = nullptr;
     unsigned epoch_ = 1;
-    std::unordered_map<FolderId, TreeNode *, FolderIdHash> entered_;
     mutable QIcon folderIcon_, homeIcon_, driveIcon_, networkIcon_, hostIcon_, rootIcon_;
 };
 

@@ -95,7 +95,7 @@ TEST(SearchWalk, FindNextWithNoEarlierSearchLooksForJpg)
     EXPECT_FALSE(w.s.SearchRunning);
 }
 
-TEST(SearchWalk, SymbolicLinkLoopsEndAndAFolderIsEnteredOnlyOnce)
+TEST(SearchWalk, ALinkToAnAncestorNeverOpensAndAFolderReachedTwiceIsWalkedBothTimes)
 {
     Walk w;
     w.t.put("x/pic.jpg");
@@ -107,12 +107,78 @@ TEST(SearchWalk, SymbolicLinkLoopsEndAndAFolderIsEnteredOnlyOnce)
     w.top();
     w.e.SearchFunction();
     EXPECT_EQ(w.h.foldersShown, QStringList({w.t.path("x")}));
+    // x/self is x itself: the walk passes it without counting its files. The same folder
+    // under another path is no loop: it is walked there too.
     w.e.SearchFunction();
-    // Nothing else matches: the walk comes to the end instead of going round.
-    EXPECT_EQ(w.h.foldersShown, QStringList({w.t.path("x")}));
-    EXPECT_LT(w.m.count(), 12);
+    EXPECT_EQ(w.h.foldersShown, QStringList({w.t.path("x"), w.t.path("y/again")}));
+    EXPECT_TRUE(w.h.boxes.isEmpty());
+    // Below it the links to its ancestors stay shut, and the walk comes to the end.
+    w.e.SearchFunction();
+    EXPECT_EQ(w.h.boxes, QStringList({End}));
+    EXPECT_EQ(w.h.foldersShown.size(), 2);
+    QStringList order;
+    for (int i = 0; i < w.m.count(); ++i) order << w.m.node(i)->path.mid(w.t.root().size());
+    EXPECT_EQ(order, QStringList({"", "/x", "/x/deeper", "/x/deeper/loop", "/x/self", "/y", "/y/again",
+                                  "/y/again/deeper", "/y/again/deeper/loop", "/y/again/self"}));
+    for (const char *shut : {"x/deeper/loop", "x/self", "y/again/deeper/loop", "y/again/self"}) {
+        TreeNode *n = w.m.node(w.indexOfPath(shut));
+        ASSERT_NE(n, nullptr) << shut;
+        EXPECT_TRUE(n->loop) << shut;
+        EXPECT_FALSE(n->expanded) << shut;
+    }
+    EXPECT_FALSE(w.m.node(w.indexOfPath("y/again"))->loop);
+    // Walks from the top go round the same finite tree again.
     for (int k = 0; k < 3; ++k) w.e.SearchFunction();
-    EXPECT_EQ(w.h.foldersShown, QStringList({w.t.path("x")}));
+    EXPECT_EQ(w.m.count(), 10);
+}
+
+// The home folder lies under the file system's root and is a root of its own, last.
+TEST(SearchWalk, TheHomeRootIsWalkedAfterTheFileSystemThatHoldsTheSameFolder)
+{
+    Walk w;
+    w.t.mkdir("sys/etc");
+    w.t.put("sys/home/me/pics/p.jpg");
+    w.t.mkdir("sys/home/me/zz");
+    w.t.mkdir("sys/var");
+    w.m.setRoots({{"File System", w.t.path("sys"), {}},
+                  {tw::browse::ShellTreeModel::networkRootName(), QString(), {}},
+                  {"Home", w.t.path("sys/home/me"), {}}});
+    w.s.CurrentSearchNode = 0;
+    w.e.FindNext();
+    EXPECT_EQ(w.h.log, QStringList({"folder " + w.t.path("sys/home/me/pics")}));
+    // On through the rest of the file system and the network node, then the home folder
+    // once more under its own root, and the end of the tree.
+    w.h.log.clear();
+    w.e.FindNext();
+    EXPECT_EQ(w.h.log, QStringList({"?Do You want to Search the Network?", "folder " + w.t.path("sys/home/me/pics")}));
+    const int homeRoot = w.m.count() - 3;  // Home, pics, zz
+    EXPECT_EQ(w.m.node(homeRoot)->name, "Home");
+    EXPECT_EQ(w.s.CurrentSearchNode, homeRoot + 2);
+    w.h.log.clear();
+    w.e.FindNext();
+    EXPECT_EQ(w.h.log, QStringList({End}));
+    EXPECT_EQ(w.s.CurrentSearchNode, 0);
+}
+
+// A walk that starts inside the home folder under the file system's root goes on through
+// the Home root behind it, though that is one of the folders above its start, and says End
+// of Search at the last node.
+TEST(SearchWalk, AWalkFromInsideTheHomeFolderUnderTheFileSystemEndsInTheHomeRoot)
+{
+    Walk w;
+    w.t.mkdir("sys/home/me/a");
+    w.t.mkdir("sys/home/me/b");
+    w.m.setRoots({{"File System", w.t.path("sys"), {}}, {"Home", w.t.path("sys/home/me"), {}}});
+    ASSERT_EQ(w.m.setExpanded(0, true), 0);  // File System: home
+    ASSERT_EQ(w.m.setExpanded(1, true), 0);  // home: me
+    ASSERT_EQ(w.m.setExpanded(2, true), 0);  // me: a, b
+    ASSERT_EQ(w.m.node(3)->path, w.t.path("sys/home/me/a"));
+    w.s.CurrentSearchNode = 3;
+    w.e.SearchFunction();
+    EXPECT_EQ(w.h.log, QStringList({End}));
+    EXPECT_TRUE(w.m.node(5)->expanded);  // Home, with a and b behind it
+    EXPECT_EQ(w.m.count(), 8);
+    EXPECT_EQ(w.s.CurrentSearchNode, 0);
 }
 
 TEST(SearchWalk, TheContinueQuestionComesPastTheNodeLimit)
@@ -395,7 +461,7 @@ TEST(SearchWalk, APassAfterContinueSkipsFailuresWithoutABox)
     EXPECT_EQ(w.s.LastNodeError, SearchEngine::ShellError);
 }
 
-TEST(SearchWalk, EachWalkEntersItsStartFolderWhateverAnEarlierWalkEntered)
+TEST(SearchWalk, OneFolderUnderTwoRootsIsWalkedUnderEach)
 {
     Walk w;
     w.t.put("x/p.jpg");
@@ -408,10 +474,27 @@ TEST(SearchWalk, EachWalkEntersItsStartFolderWhateverAnEarlierWalkEntered)
     // says End of Search inside the walk, before the folder is shown behind it.
     w.e.SearchFunction();
     EXPECT_EQ(w.h.log, QStringList({"folder " + w.t.path("x"), End, "folder " + w.t.path("x")}));
-    // Within one walk the second name of the folder is passed over.
+    // Within one walk the second name of the folder is walked as well, and as the last node
+    // it ends the walk.
     w.h.log.clear();
     w.s.CurrentSearchNode = 0;
     w.s.SearchPattern = "*.PNG";
     w.e.SearchFunction();
-    EXPECT_TRUE(w.h.log.isEmpty());  // Two is skipped, so nothing meets the last-node test
+    EXPECT_EQ(w.h.log, QStringList({End}));
+}
+
+TEST(SearchWalk, TheLastNodeIsExpandedBeforeTheEndTestSoItsSubFoldersAreWalked)
+{
+    Walk w;
+    w.t.mkdir("a");
+    w.t.put("zzz/sub/deeper/p.jpg");
+    w.t.mkdir("zzz/sub/more");
+    w.top();
+    ASSERT_EQ(w.m.setExpanded(0, true), 0);
+    const int last = w.indexOfPath("zzz");
+    ASSERT_EQ(last, w.m.count() - 1);
+    w.s.CurrentSearchNode = last;
+    w.e.FindNext();
+    EXPECT_EQ(w.h.log, QStringList({"folder " + w.t.path("zzz/sub/deeper")}));
+    EXPECT_EQ(w.s.CurrentSearchNode, w.indexOfPath("zzz/sub/deeper") + 1);
 }
