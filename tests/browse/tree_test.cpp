@@ -2,6 +2,8 @@
 #include "browse/shell_tree.h"
 #include "test_tree.h"
 
+#include <QDir>
+
 #include <gtest/gtest.h>
 
 using namespace tw::browse;
@@ -122,4 +124,26 @@ TEST(ShellTree, TheTreeDrivesTheListAndTheListTakesTheTreeAlong)
     // The user's expansion in the view reaches Nodes.
     tree.collapse(tree.nodes()->indexFor(tree.nodes()->node(0)));
     EXPECT_EQ(tree.nodes()->count(), 1);
+}
+
+TEST(ShellTreeModel, RootsComeFileSystemFirstThenMediaAndNetworkAndHomeLast)
+{
+    const std::vector<RootSpec> roots = ShellTreeModel::platformRoots();
+    ASSERT_GE(roots.size(), 3u);
+    EXPECT_EQ(roots.front().name, "File System");
+    EXPECT_EQ(roots.front().path, "/");
+    EXPECT_EQ(roots.back().name, "Home");
+    EXPECT_EQ(roots.back().path, QDir::homePath());
+    const RootSpec &net = roots[roots.size() - 2];
+    EXPECT_EQ(net.name, ShellTreeModel::networkRootName());
+    EXPECT_TRUE(net.path.isEmpty());
+    // Between them only mounted removable media.
+    for (size_t k = 1; k + 2 < roots.size(); ++k)
+        EXPECT_TRUE(roots[k].path.startsWith("/media/") || roots[k].path.startsWith("/run/media/"))
+            << roots[k].path.toStdString();
+    // In the tree the same order, with node 0 the file system.
+    ShellTreeModel m;
+    m.setRoots(roots);
+    EXPECT_EQ(m.node(0)->path, "/");
+    EXPECT_EQ(m.node(m.count() - 1)->path, QDir::homePath());
 }
