@@ -2,7 +2,7 @@
 // djpeg decoding the same file in the same run; peak memory while it is shown; and the
 // time of one repaint during keyboard zoom and pan. A timed run, not a test.
 #include "app/tarnwick1.h"
-#include "app/tool_manager.h"
+#include "core/tool_manager.h"
 #include "core/options_store.h"
 #include "pictures/imaging_control.h"
 #include "pictures/pictures_module.h"
@@ -80,7 +80,9 @@ double displayFileUntilPaint(const QString &file, bool fit) {
         w.show();
         w.activated();
         QApplication::processEvents();
-        ImagingControl *img = w.Pictures->Image1;
+        auto *pictures = static_cast<PicturesModule *>(w.page(2));
+        pictures->ensureBuilt();
+        ImagingControl *img = pictures->Image1;
         const int before = img->paintCount();
         QElapsedTimer t;
         t.start();

@@ -1,51 +1,38 @@
 #include "tarnwick1.h"
 
-#include "browse/browse_module.h"
+#include "computer_name.h"
 #include "core/busy.h"
 #include "core/colors.h"
+#include "core/context_help.h"
+#include "core/looks.h"
 #include "core/errors.h"
 #include "core/options_store.h"
 #include "core/prompt.h"
 #include "core/scenario_hooks.h"
 #include "core/text_rules.h"
-#include "core/toggle_drag.h"
-#include "pictures/imaging_control.h"
-#include "pictures/pictures_module.h"
-#include "computer_name.h"
+#include "core/tool_ids.h"
+#include "core/tool_manager.h"
+#include "core/tool_table.h"
 #include "help_viewer.h"
 #include "resources_install.h"
 #include "select1.h"
-#include "tool_manager.h"
-#include "tools_tab.h"
 
 #include <QAction>
-#include <functional>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QDateTime>
 #include <QDesktopServices>
 #include <QDir>
-#include <QDirIterator>
-#include <QElapsedTimer>
-#include <QFile>
 #include <QFileInfo>
-#include <QFrame>
-#include <QHBoxLayout>
-#include <QLabel>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QLocale>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
-#include <QPushButton>
 #include <QScreen>
-#include <QScrollArea>
-#include <QSplitter>
 #include <QTabBar>
 #include <QTabWidget>
-#include <QTextEdit>
 #include <QTimer>
 #include <QToolBar>
 #include <QUrl>
@@ -56,51 +43,21 @@ namespace tw {
 namespace {
 Tarnwick1 *s_instance = nullptr;
 
-const char *kTabKeys[9] = {"", "Find", "Pictures", "Videos", "Music", "Slide", "Documents",
-                           "Internet", "Tools"};
-const char *kTabCaptions[9] = {"", "Find and Open", "Pictures", "Videos", "Music",
-                               "Slide Show", "Documents", "Internet", "Tools"};
-const char *kTabTips[9] = {"", "Find and Open Files", "View Selected Pictures",
-                           "Play Selected Videos", "Play Selected Music Files",
-                           "Set up and Run Slide Show", "View Selected Text and Documents",
-                           "Surf the Internet", "Set up Program Options and Colors"};
-
-// Seconds since midnight, as the program's clock counts them.
-double clockSeconds()
-{
-    const QTime t = QTime::currentTime();
-    return t.msecsSinceStartOfDay() / 1000.0;
-}
-
-// The tools of features this build does not have yet. They are present and stay grey.
-const QStringList kUnbuiltTools = {
-    "ID_mnuOpenFile", "ID_mnuOpenFilelnterent", "ID_mnuCloseFile", "ID_mnuSelectFiles",
-    "ID_mnuSelectFavoriteList", "ID_mnuCreateFavoriteList", "ID_mnuTwainAcquirePicture",
-    "ID_mnuTwainSelectSource", "ID_mnuSaveFileAs", "ID_mnuRenameFile", "ID_mnuConvertFiles",
-    "ID_mnuProperties", "ID_mnuPrintFiles", "ID_mnuSetUpPrinter",
-    "ID_mnuCreateandChangeFavoriteLists", "ID_mnuRunSlideShow",
-    "ID_mnuRunSlideShowonCurrentFolder", "ID_mnuViewQuickTips", "ID_mnuHelpAbout", "ID_Select",
-    "ID_Print", "ID_ThumbNails", "ID_Stop", "ID_EditImage", "ID_EditColors", "ID_PrintImage",
-    "ID_SaveImage", "ID_PicFavorites", "ID_PlayBtn", "ID_Pause", "ID_StopVideo", "ID_Sound",
-    "ID_Tracker", "ID_ListToggle", "ID_Status", "ID_TxtPrint", "ID_TxtSave", "ID_TxtProperties",
-    "ID_IntBack", "ID_IntForward", "ID_IntHome", "ID_IntStop", "ID_IntRefresh", "ID_IntPrint",
-    "ID_IntSave", "ID_IntProperties", "ID_IntFavorites", "ID_IntAddFavorite", "ID_IntVisited",
-    "ID_IntURLEnter", "ID_IntGo", "ID_mnuFileCreateNewFolder", "ID_mnuDeleteFile",
+// The page of a tab whose subsystem is not part of this build: its caption and an empty panel.
+class PlainPage : public TabPage {
+public:
+    PlainPage(PageHost &host, int index) : TabPage(host, index) {}
 };
 }  // namespace
 
 Tarnwick1 *Tarnwick1::instance() { return s_instance; }
 
-QString Tarnwick1::tabKey(int index)
+std::function<bool(const QString &)> &Tarnwick1::shellOpener()
 {
-    return index >= 1 && index <= 8 ? QString::fromLatin1(kTabKeys[index]) : QString();
-}
-
-int Tarnwick1::tabIndex(const QString &key)
-{
-    for (int i = 1; i <= 8; ++i)
-        if (key == QLatin1String(kTabKeys[i])) return i;
-    return 0;
+    static std::function<bool(const QString &)> open = [](const QString &path) {
+        return QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+    };
+    return open;
 }
 
 Tarnwick1::Tarnwick1(const QString &rawCommandLine, QWidget *parent) : QMainWindow(parent)
@@ -111,7 +68,10 @@ Tarnwick1::Tarnwick1(const QString &rawCommandLine, QWidget *parent) : QMainWind
     setObjectName(QStringLiteral("Tarnwick1"));
     setWindowTitle(AppTitle);
     setPromptParent(this);
+    setHourglassWindow(this);
     buildControls();
+    linkPages();
+    makePages();
     registerRoutines();
     startUp(rawCommandLine);
 }
@@ -132,66 +92,42 @@ void Tarnwick1::registerRoutines()
             return QString();
         });
     };
-    auto one = [](const QStringList &a) { return a.value(0); };
-    auto flag = [](const QStringList &a) {
-        const QString v = a.value(0).toLower();
-        return v == QLatin1String("true") || v == QLatin1String("1");
+    // A routine that reports a store's failure in a box, as the window does.
+    auto store = [this](const QString &name, std::function<StoreResult()> fn, bool always) {
+        registerScenarioRoutine(name, [this, fn, always](const QStringList &) {
+            const StoreResult r = fn();
+            if ((always || !r.ok) && !r.message.isEmpty()) inform(r.message, AppTitle, this);
+            return QString();
+        });
     };
     withPath(QStringLiteral("DisplayFile"), [this](const QString &p) { DisplayFile(p); });
     none(QStringLiteral("ResetSession"), [this] { ResetSession(); });
     none(QStringLiteral("ShowExplorerItem"), [this] { ShowExplorerItem(); });
     none(QStringLiteral("BackToPreviousTab"), [this] { BackToPreviousTab(); });
-    registerScenarioRoutine(QStringLiteral("SetFileCommands"), [this, flag](const QStringList &a) {
-        SetFileCommands(flag(a));
-        return QString();
+    withPath(QStringLiteral("SetFileCommands"), [this](const QString &a) {
+        const QString v = a.toLower();
+        SetFileCommands(v == QLatin1String("true") || v == QLatin1String("1"));
     });
     withPath(QStringLiteral("AddViewMenuItem"), [this](const QString &p) { AddViewMenuItem(p); });
     withPath(QStringLiteral("AddDocumentHistory"), [this](const QString &p) { AddDocumentHistory(p); });
-    none(QStringLiteral("LoadFolderPictures"), [this] { LoadFolderPictures(); });
+    none(QStringLiteral("LoadFolderPictures"), [this] {
+        if (PictureSide *p = pictures()) p->LoadFolderPictures();
+    });
     none(QStringLiteral("OpenWithShell"), [this] { OpenWithShell(); });
     none(QStringLiteral("Timer1"), [this] { runTimer(); });
     none(QStringLiteral("ApplyColors"), [this] { ApplyColors(); });
     none(QStringLiteral("GetThisComputerName"), [this] { GetThisComputerName(); });
-    registerScenarioRoutine(QStringLiteral("SelectTab"), [this, one](const QStringList &a) {
-        const int i = tabIndex(one(a)) ? tabIndex(one(a)) : one(a).toInt();
-        selectTab(i);
-        return QString();
+    none(QStringLiteral("SetComputerName"), [this] { SetComputerName(); });
+    withPath(QStringLiteral("SelectTab"), [this](const QString &a) {
+        selectTab(tabIndex(a) ? tabIndex(a) : a.toInt());
     });
     // The option store's routines, for scenarios that edit the settings behind the window.
-    registerScenarioRoutine(QStringLiteral("SaveOptions"), [this](const QStringList &) {
-        const StoreResult r = tw::SaveOptions(G.Options, G.ProgramDir);
-        if (!r.ok) inform(r.message, AppTitle, this);
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("SaveColors"), [this](const QStringList &) {
-        const StoreResult r = tw::SaveColors(G.Colors, G.ProgramDir);
-        if (!r.ok) inform(r.message, AppTitle, this);
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("LoadOptions"), [this](const QStringList &) {
-        const StoreResult r = tw::LoadOptions(G.Options, G.ProgramDir);
-        if (!r.message.isEmpty()) inform(r.message, AppTitle, this);
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("LoadColors"), [this](const QStringList &) {
-        const StoreResult r = tw::LoadColors(G.Colors, G.ProgramDir);
-        if (!r.message.isEmpty()) inform(r.message, AppTitle, this);
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("SetDefaultOptions"), [](const QStringList &) {
-        tw::SetDefaultOptions(G.Options, G.ProgramDir);
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("SetDefaultColors"), [](const QStringList &) {
-        tw::SetDefaultColors(G.Colors);
-        return QString();
-    });
-    none(QStringLiteral("ShowColors"), [this] { Tools->ShowColors(); });
-    none(QStringLiteral("ShowOptions"), [this] { Tools->ShowOptions(); });
-    none(QStringLiteral("ReadColors"), [this] { Tools->ReadColors(); });
-    none(QStringLiteral("ReadOptions"), [this] { Tools->ReadOptions(); });
-    none(QStringLiteral("ValidateOptions"), [this] { Tools->ValidateOptions(); });
-    none(QStringLiteral("SetComputerName"), [this] { SetComputerName(); });
+    store(QStringLiteral("SaveOptions"), [] { return tw::SaveOptions(G.Options, G.ProgramDir); }, false);
+    store(QStringLiteral("SaveColors"), [] { return tw::SaveColors(G.Colors, G.ProgramDir); }, false);
+    store(QStringLiteral("LoadOptions"), [] { return tw::LoadOptions(G.Options, G.ProgramDir); }, true);
+    store(QStringLiteral("LoadColors"), [] { return tw::LoadColors(G.Colors, G.ProgramDir); }, true);
+    none(QStringLiteral("SetDefaultOptions"), [] { tw::SetDefaultOptions(G.Options, G.ProgramDir); });
+    none(QStringLiteral("SetDefaultColors"), [] { tw::SetDefaultColors(G.Colors); });
     withPath(QStringLiteral("OnToolClick"), [this](const QString &p) { OnToolClick(p); });
     withPath(QStringLiteral("LoadImage"), [this](const QString &p) { LoadImage(p); });
     withPath(QStringLiteral("LoadMediaFile"), [this](const QString &p) { LoadMediaFile(p); });
@@ -211,21 +147,17 @@ void Tarnwick1::registerRoutines()
         else return QStringLiteral("no settable variable ") + n;
         return QString();
     });
-    registerScenarioRoutine(QStringLiteral("Activate"), [this](const QStringList &) {
-        activated();
-        return QString();
-    });
-    registerScenarioRoutine(QStringLiteral("SetPictureChanged"), [this, flag](const QStringList &a) {
-        PictureChanged = flag(a);
-        return QString();
-    });
+    none(QStringLiteral("Activate"), [this] { activated(); });
 }
 
 Tarnwick1::~Tarnwick1()
 {
     if (s_instance == this) s_instance = nullptr;
+    setHourglassWindow(nullptr);
     delete SelectWin;
     SelectWin = nullptr;
+    // The pages go before the controls they hold.
+    for (auto &p : pages_) p.reset();
 }
 
 // ---------------------------------------------------------------- controls
@@ -238,9 +170,8 @@ void Tarnwick1::buildControls()
     installProgramResources(G.ProgramDir);
     ToolBarComp1->build(G.ProgramDir + QStringLiteral("/BMPS"));
     connect(ToolBarComp1, &ToolManager::toolClicked, this, &Tarnwick1::OnToolClick);
-    for (const QString &id : {QStringLiteral("ID_FilterBtn"), QStringLiteral("ID_ViewBtn"),
-                              QStringLiteral("ID_ViewImage")}) {
-        if (QToolBar *tb = ToolBarComp1->toolbar(id == QLatin1String("ID_ViewImage") ? 3 : 2))
+    for (QLatin1String id : {tool::FilterBtn, tool::ViewBtn, tool::ViewImage}) {
+        if (QToolBar *tb = ToolBarComp1->toolbar(id == tool::ViewImage ? 3 : 2))
             if (QWidget *btn = tb->widgetForAction(ToolBarComp1->action(id)))
                 btn->setProperty("twDropDown", true);
     }
@@ -254,12 +185,12 @@ void Tarnwick1::buildControls()
     lay->addWidget(TabStrip1);
     setCentralWidget(central);
 
-    for (int i = 1; i <= 8; ++i) {
+    for (int i = 1; i <= TabCount; ++i) {
         TabPanel[i] = new QWidget;
         TabPanel[i]->setObjectName(QStringLiteral("TabPanel%1").arg(i));
         TabPanel[i]->setAutoFillBackground(true);
-        TabStrip1->addTab(TabPanel[i], QString::fromLatin1(kTabCaptions[i]));
-        TabStrip1->setTabToolTip(i - 1, QString::fromLatin1(kTabTips[i]));
+        TabStrip1->addTab(TabPanel[i], tabCaption(i));
+        TabStrip1->setTabToolTip(i - 1, tabToolTip(i));
     }
     TabStrip1->tabBar()->installEventFilter(this);
     TabStrip1->installEventFilter(this);
@@ -274,145 +205,10 @@ void Tarnwick1::buildControls()
         selectTab(newTab);
     });
 
-    // Tab 1: the folder tree and the file list, with the filter combo above.
-    auto *p1 = new QVBoxLayout(TabPanel[1]);
-    p1->setContentsMargins(2, 2, 2, 2);
+    // The filter is chosen from the Filter drop-down; the combo keeps the rows.
     CMBFILTER = new QComboBox(TabPanel[1]);
     CMBFILTER->setObjectName(QStringLiteral("CMBFILTER"));
-    CMBFILTER->hide();  // the filter is chosen from the Filter drop-down
-    Splitter1 = new QSplitter(Qt::Horizontal, TabPanel[1]);
-    Splitter1->setObjectName(QStringLiteral("Splitter1"));
-    p1->addWidget(Splitter1);
-    Browse = new BrowseModule(*this, Splitter1);
-
-    // Tab 2: the picture panel.
-    auto *p2 = new QVBoxLayout(TabPanel[2]);
-    p2->setContentsMargins(0, 0, 0, 0);
-    Frame1[0] = new QFrame(TabPanel[2]);
-    Frame1[0]->setObjectName(QStringLiteral("Frame1_0"));
-    Frame1[0]->setAutoFillBackground(true);
-    p2->addWidget(Frame1[0]);
-    List3 = new QListWidget(TabPanel[2]);
-    List3->setObjectName(QStringLiteral("List3"));
-    List3->hide();
-    Pictures = new PicturesModule(*this, Frame1[0]);
-    Loaders.set(LoaderKind::Image, [this](const QString &p) { Pictures->LoadImage(p); });
-    ToggleBtn = new QPushButton(Frame1[0]);
-    ToggleBtn->setObjectName(QStringLiteral("ToggleBtn"));
-    ToggleBtn->setToolTip(QStringLiteral("Go Back to Previous Tab"));
-    ToggleBtn->setIcon(QIcon(G.ProgramDir + QStringLiteral("/BMPS/ThumbToggle.Bmp")));
-    ToggleBtn->setFixedSize(24, 24);
-    ToggleBtn->move(4, 4);
-    ToggleBtn->installEventFilter(this);
-    ToggleBtn->raise();
-    connect(ToggleBtn, &QPushButton::clicked, this, [this] { BackToPreviousTab(); });
-
-    // Tabs 3 and 4: the play-list pairs of the two players.
-    auto makeListPair = [&](int tab, QListWidget **pair, const char *name, const char *frameName,
-                            const char *hint) {
-        auto *lay = new QHBoxLayout(TabPanel[tab]);
-        auto *frame = new QFrame(TabPanel[tab]);
-        frame->setObjectName(QString::fromLatin1(frameName));
-        frame->setFrameShape(QFrame::StyledPanel);
-        auto *fl = new QVBoxLayout(frame);
-        auto *h = new QLabel(QString::fromLatin1(hint), frame);
-        h->setWordWrap(true);
-        fl->addWidget(h);
-        for (int i = 0; i < 2; ++i) {
-            pair[i] = new QListWidget(frame);
-            pair[i]->setObjectName(QStringLiteral("%1_%2").arg(QLatin1String(name)).arg(i));
-            fl->addWidget(pair[i], i == 0 ? 1 : 3);
-        }
-        lay->addWidget(frame, 1);
-        auto *screen = new QFrame(TabPanel[tab]);
-        screen->setObjectName(tab == 3 ? QStringLiteral("VideoFrame") : QStringLiteral("MusicFrame"));
-        screen->setFrameShape(QFrame::StyledPanel);
-        screen->setAutoFillBackground(true);
-        auto *sl = new QVBoxLayout(screen);
-        const QStringList labels = tab == 3 ? QStringList{QStringLiteral("VideoLabel1")}
-                                            : QStringList{QStringLiteral("Label3"), QStringLiteral("MusicLabel1")};
-        for (const QString &name : labels) {
-            auto *lab = new QLabel(screen);
-            lab->setObjectName(name);
-            lab->setAlignment(Qt::AlignCenter);
-            sl->addWidget(lab);
-        }
-        lay->addWidget(screen, 3);
-    };
-    makeListPair(3, List4, "List4", "VideoPlayListFrame",
-                 "Click Play List or Double Click Video File to Play");
-    makeListPair(4, List5, "List5", "MusicPlayListFrame",
-                 "Click Play List to Display Music Files or Double Click Music File to Play");
-    for (QListWidget *names : {List4[0], List5[0]}) {
-        QListWidget *entries = names == List4[0] ? List4[1] : List5[1];
-        const bool video = names == List4[0];
-        connect(names, &QListWidget::currentRowChanged, this, [this, names, entries, video](int row) {
-            if (row < 0) return;
-            const QString folder = G.ProgramDir
-                                   + (video ? QStringLiteral("/VideoPlayList/")
-                                            : QStringLiteral("/MusicPlayList/"));
-            const QString path = folder + names->item(row)->text();
-            loadPlayList(path + QStringLiteral(".PLST"), entries);
-            (video ? VideoListPath : MusicListPath) = path;
-            (video ? G.VideoListName : G.MusicListName) = path;
-        });
-    }
-
-    // Tab 5: the slide-show panel keeps the date and time while no toolbar shows.
-    Frame1[5] = new QFrame(TabPanel[5]);
-    Frame1[5]->setObjectName(QStringLiteral("Frame1_5"));
-    auto *p5 = new QVBoxLayout(TabPanel[5]);
-    p5->addWidget(Frame1[5]);
-    auto *f5 = new QVBoxLayout(Frame1[5]);
-    auto *clock5 = new QHBoxLayout;
-    for (int i = 8; i <= 9; ++i) {
-        SlideClock[i - 8] = new QLabel(Frame1[5]);
-        SlideClock[i - 8]->setObjectName(QStringLiteral("Label2_%1").arg(i));
-        clock5->addWidget(SlideClock[i - 8]);
-    }
-    clock5->addStretch(1);
-    f5->addLayout(clock5);
-    f5->addStretch(1);
-
-    // Tab 6: documents and text.
-    auto *p6 = new QVBoxLayout(TabPanel[6]);
-    Text6 = new QLabel(TabPanel[6]);
-    Text6->setObjectName(QStringLiteral("Text6"));
-    Text6->setAutoFillBackground(true);
-    p6->addWidget(Text6);
-    Text1 = new QTextEdit(TabPanel[6]);
-    Text1->setObjectName(QStringLiteral("Text1"));
-    Text1->setReadOnly(true);
-    Text1->hide();
-    p6->addWidget(Text1, 1);
-    List6 = new QListWidget(TabPanel[6]);
-    List6->setObjectName(QStringLiteral("List6"));
-    List6->hide();
-    p6->addStretch(1);
-
-    // Tab 7: the browser panel.
-    auto *p7 = new QVBoxLayout(TabPanel[7]);
-    auto *web = new QFrame(TabPanel[7]);
-    web->setObjectName(QStringLiteral("WebBrowser2"));
-    web->setFrameShape(QFrame::StyledPanel);
-    p7->addWidget(web, 1);
-
-    // Tab 8: colours and options.
-    Frame1[8] = new QFrame(TabPanel[8]);
-    Frame1[8]->setObjectName(QStringLiteral("Frame1_8"));
-    auto *p8 = new QVBoxLayout(TabPanel[8]);
-    p8->setContentsMargins(0, 0, 0, 0);
-    p8->addWidget(Frame1[8]);
-    auto *f8 = new QVBoxLayout(Frame1[8]);
-    f8->setContentsMargins(0, 0, 0, 0);
-    // The colour table and the option pages scroll on a small window.
-    auto *toolsScroll = new QScrollArea(Frame1[8]);
-    toolsScroll->setObjectName(QStringLiteral("ToolsScroll"));
-    toolsScroll->setWidgetResizable(true);
-    toolsScroll->setFrameShape(QFrame::NoFrame);
-    Tools = new ToolsTab(*this, toolsScroll);
-    toolsScroll->setWidget(Tools);
-    f8->addWidget(toolsScroll);
+    CMBFILTER->hide();
 
     List7 = new QListWidget(this);
     List7->setObjectName(QStringLiteral("List7"));
@@ -423,7 +219,106 @@ void Tarnwick1::buildControls()
     Timer1->setInterval(900);
     connect(Timer1, &QTimer::timeout, this, &Tarnwick1::runTimer);
 
-    for (const QString &id : kUnbuiltTools) ToolBarComp1->markUnbuilt({id});
+    // F1 opens the help on the topic of the control that has the focus.
+    installContextHelp([this](const QString &topic) { showHelpTopic(topic); });
+    setHelpTopic(this, QStringLiteral("index"));
+}
+
+void Tarnwick1::makePages()
+{
+    for (int i = 1; i <= TabCount; ++i) {
+        if (PageFactory make = pageFactory(i)) pages_[size_t(i)] = make(*this);
+        else pages_[size_t(i)] = std::make_unique<PlainPage>(*this, i);
+        pages_[size_t(i)]->setPanel(TabPanel[i]);
+        pages_[size_t(i)]->addLoaders(Loaders);
+    }
+    greyUnhandledTools();
+}
+
+TabPage *Tarnwick1::page(int index)
+{
+    return index >= 1 && index <= TabCount ? pages_[size_t(index)].get() : nullptr;
+}
+
+ExplorerSide *Tarnwick1::explorer()
+{
+    for (auto &p : pages_)
+        if (auto *e = dynamic_cast<ExplorerSide *>(p.get())) return e;
+    return nullptr;
+}
+
+PictureSide *Tarnwick1::pictures()
+{
+    for (auto &p : pages_)
+        if (auto *s = dynamic_cast<PictureSide *>(p.get())) return s;
+    return nullptr;
+}
+
+void Tarnwick1::buildAllPages()
+{
+    for (auto &p : pages_)
+        if (p) p->ensureBuilt();
+}
+
+void Tarnwick1::pageBuilt(TabPage *p)
+{
+    // A page made after the start takes the colours and fonts as they stand.
+    paintControls(p->panel());
+    p->applyColors();
+}
+
+QStringList Tarnwick1::windowTools()
+{
+    return {tool::mnuExit,
+            tool::mnuOpenOLE,
+            tool::mnuFileBackPrevious,
+            tool::mnuSetColorsforTarnwick,
+            tool::mnuSetTarnwickOptions,
+            tool::mnuCreateSlideShow,
+            tool::mnuUtilitiesSetComputer,
+            tool::Back,
+            tool::Forward,
+            tool::TxtBack,
+            tool::TxtForward,
+            tool::mnuCopy,
+            tool::mnuHelpTableofContents,
+            tool::HelpOpen,
+            tool::mnuHelpSearch,
+            tool::HelpImage,
+            tool::PlayHelp,
+            tool::TxtHelp,
+            tool::IntHelp,
+            tool::FilterBtn,
+            tool::ViewImage,
+            tool::mnuPaste,
+            tool::mnuCut};
+}
+
+QStringList Tarnwick1::unknownHandledTools() const
+{
+    QStringList unknown;
+    QStringList handled = windowTools();
+    for (const auto &p : pages_)
+        if (p) handled += p->handledTools();
+    for (const QString &id : handled)
+        if (!ToolBarComp1->has(id)) unknown << id;
+    return unknown;
+}
+
+void Tarnwick1::greyUnhandledTools()
+{
+    // A command tool that neither the window nor a page answers belongs to a feature this
+    // build does not have: it is present and stays grey. Menus and labels are no commands.
+    QStringList handled = windowTools();
+    for (const auto &p : pages_) handled += p->handledTools();
+    for (const ToolDef &d : toolTable()) {
+        if (d.kind == ToolKind::Menu || d.kind == ToolKind::Label) continue;
+        if (!handled.contains(d.id)) ToolBarComp1->markUnbuilt({d.id});
+    }
+    const QStringList unknown = unknownHandledTools();
+    if (!unknown.isEmpty())
+        qWarning("Tarnwick1: handled tools missing from the tool table: %s",
+                 qPrintable(unknown.join(u' ')));
 }
 
 // ---------------------------------------------------------------- start-up
@@ -433,12 +328,12 @@ void Tarnwick1::startUp(const QString &raw)
     // 1. Screen measures, the hourglass, the clock.
     const QScreen *scr = QGuiApplication::primaryScreen();
     const QRect sg = scr ? scr->geometry() : QRect(0, 0, 640, 480);
-    ScreenWidthTwips = static_cast<int16_t>(qMin(32767, sg.width() * 15));
-    ScreenRatioX = ScreenWidthTwips / 9600.0;
-    ScreenRatioY = (sg.height() * 15) / 7200.0;
-    ThumbScaleX = 1.4 * 544.26 * ScreenRatioX;
-    ThumbScaleY = 1.4 * 507.41 * ScreenRatioY;
-    StartingUp = true;
+    State.ScreenWidthTwips = static_cast<int16_t>(qMin(32767, sg.width() * 15));
+    State.ScreenRatioX = State.ScreenWidthTwips / 9600.0;
+    State.ScreenRatioY = (sg.height() * 15) / 7200.0;
+    State.ThumbScaleX = 1.4 * 544.26 * State.ScreenRatioX;
+    State.ThumbScaleY = 1.4 * 507.41 * State.ScreenRatioY;
+    State.StartingUp = true;
     showHourglass();
     hourglassUp_ = true;
     runTimer();
@@ -453,36 +348,35 @@ void Tarnwick1::startUp(const QString &raw)
     // 6. Toolbars 3 to 6 hidden; Paste grey for the whole session.
     for (int p = 3; p <= 6; ++p) ToolBarComp1->setToolbarVisible(p, false);
     ToolBarComp1->setToolbarVisible(2, true);
-    ToolBarComp1->setEnabled(QStringLiteral("ID_mnuPaste"), false);
+    ToolBarComp1->setEnabled(tool::mnuPaste, false);
 
-    // 7. Colours and options.
+    // 7. Colours and options (the Tools tab shows them when it is first entered).
     G.CurrentExt.clear();
     {
         const StoreResult r = LoadColors(G.Colors, G.ProgramDir);
         if (!r.message.isEmpty()) inform(r.message, AppTitle, this);
     }
-    Tools->ShowColors();
     SetDefaultOptions(G.Options, G.ProgramDir);
     {
         const StoreResult r = LoadOptions(G.Options, G.ProgramDir);
         if (!r.message.isEmpty()) inform(r.message, AppTitle, this);
     }
-    Tools->ShowOptions();
 
     // 8. The filter and extension tables.
-    G.SuppressToolCommand = true;
-    Cat.fillFilters();
-    for (int row = 0; row < FilterRows; ++row) {
-        AddFilterMenuItem(Cat.FilterNames[row]);
-        CMBFILTER->addItem(Cat.FilterNames[row]);
-        if (row == 33) Cat.MediaFilterExtra = MediaFilterExtraLiteral;
+    {
+        SuppressTools quiet;
+        Cat.fillFilters();
+        for (int row = 0; row < FilterRows; ++row) {
+            AddFilterMenuItem(Cat.FilterNames[row]);
+            CMBFILTER->addItem(Cat.FilterNames[row]);
+            if (row == 33) Cat.MediaFilterExtra = MediaFilterExtraLiteral;
+        }
+        CMBFILTER->setCurrentIndex(33);
+        Cat.fillExtensions();
     }
-    CMBFILTER->setCurrentIndex(33);
-    Cat.fillExtensions();
-    G.SuppressToolCommand = false;
 
     // 9. The stop tool shows only while thumbnails load.
-    ToolBarComp1->setVisible(QStringLiteral("ID_Stop"), false);
+    ToolBarComp1->setVisible(tool::Stop, false);
 
     // 10. Saved geometry made sane.
     OptionSettings &o = G.Options;
@@ -495,109 +389,40 @@ void Tarnwick1::startUp(const QString &raw)
     move(int(o.WindowLeft / 15), int(o.WindowTop / 15));
     resize(int(o.WindowWidth / 15), int(o.WindowHeight / 15));
 
-    // 11. The splitter of the Find tab.
-    placeSplitter();
-
     // 12. The computer name.
     GetThisComputerName();
 
     // 13. The help file.
     helpFile_ = G.ProgramDir + QStringLiteral("/Help/Ostrel.Hlp");
 
-    // 14.-15. The play-list folders.
-    listPlayLists(G.ProgramDir + QStringLiteral("/VideoPlayList/"), List4[0]);
-    listPlayLists(G.ProgramDir + QStringLiteral("/MusicPlayList/"), List5[0]);
+    // 11, 14, 15: the pages' own steps (the splitter of the Find tab, the play-list folders).
+    for (auto &p : pages_) p->startUp();
 
     // 16. Reset, file commands off, colours on.
     ResetSession();
     SetFileCommands(false);
     ApplyColors();
 
-    // 17. The list's view and its tool.
-    Browse->setListViewMode(int(o.ListViewMode));
-    {
-        static const char *viewTools[4] = {"ID_LargeIcons", "ID_SmallIcons", "ID_ListIcons",
-                                           "ID_Details"};
-        const int m = int(o.ListViewMode);
-        G.SuppressToolCommand = true;
-        if (m >= 0 && m <= 3) ToolBarComp1->press(QString::fromLatin1(viewTools[m]));
-        G.SuppressToolCommand = false;
-    }
-
+    // 17. is the Find page's (the list's view and its tool).
     // 18. The address bar shows only on the Internet tab.
     ToolBarComp1->setToolbarVisible(7, false);
-
-    // 19. The video player starts files on its own; the music player does not.
-    MediaPlayer1AutoStart = true;
-    MediaPlayer2AutoStart = false;
 
     // 20. Quick tips.
     if (o.ShowQuickTips) G.QuickTipsOpen = true;
 
+    // The Find tab is shown at start; the other pages are made when they are first needed.
+    if (TabPage *shown = page(selectedTab())) shown->ensureBuilt();
     Timer1->start();
-}
-
-void Tarnwick1::placeSplitter()
-{
-    const int total = qMax(1, Splitter1->width() > 50 ? Splitter1->width() : width() - 8);
-    const int first = total * G.Options.SplitterPercent / 100;
-    Splitter1->setSizes({first, qMax(0, total - first)});
 }
 
 void Tarnwick1::AddFilterMenuItem(const QString &name)
 {
-    Tool *t = ToolBarComp1->addDynamicTool(name, QStringLiteral("FilterList"),
-                                           QStringLiteral("ID_mnuFileFilterDropDown"),
+    Tool *t = ToolBarComp1->addDynamicTool(name, QStringLiteral("FilterList"), tool::mnuFileFilterDropDown,
                                            G.ProgramDir + QStringLiteral("/BMPS/Check.BMP"));
     if (!t && !filterMenuErrorShown_) {
         filterMenuErrorShown_ = true;
         inform(unexpectedErrorText(5), AppTitle, this);
     }
-}
-
-void Tarnwick1::listPlayLists(const QString &folder, QListWidget *list)
-{
-    QDir d(folder);
-    if (!d.exists() && !QDir().mkpath(folder)) return;  // the list stays empty
-    QStringList files;
-    for (const QFileInfo &fi : d.entryInfoList(QDir::Files | QDir::Hidden, QDir::Name | QDir::IgnoreCase))
-        if (matchesPatternList(fi.fileName(), QStringLiteral("*.PLST"))) files << fi.fileName();
-    bool first = true;
-    for (const QString &f : files) {
-        const int dot = f.lastIndexOf(u'.');
-        const QString name = dot > 0 ? f.left(dot) : f;
-        list->addItem(name);
-        if (first) {
-            (list == List4[0] ? VideoListPath : MusicListPath) = name;
-            first = false;
-        }
-    }
-    if (list->count() > 0) list->setCurrentRow(0);
-}
-
-bool Tarnwick1::loadPlayList(const QString &file, QListWidget *entries)
-{
-    QFile f(file);
-    if (f.open(QIODevice::ReadOnly)) {
-        entries->clear();
-        DelimitedReader in(f.readAll());
-        while (auto v = in.readString()) entries->addItem(*v);
-    }
-    if (entries == List4[1]) G.VideoListChanged = false;
-    else G.MusicListChanged = false;
-    return true;
-}
-
-bool Tarnwick1::savePlayList(const QString &file, QListWidget *entries)
-{
-    QFile f(file);
-    if (f.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-        for (int i = 0; i < entries->count(); ++i)
-            f.write(pathToBytes(entries->item(i)->text()) + "\r\n");
-    }
-    if (entries == List4[1]) G.VideoListChanged = false;
-    else G.MusicListChanged = false;
-    return true;
 }
 
 void Tarnwick1::GetThisComputerName()
@@ -622,14 +447,12 @@ void Tarnwick1::ResetSession()
     G.CurrentPlayer = QStringLiteral("0");
     G.SelectedFile.clear();
     G.CurrentFile.clear();
-    SlideShowName.clear();
-    WebPageName.clear();
     G.CurrentFilterRow = 35;
     G.Select1Visible = false;
     G.FromInternet = false;
     G.InternetPictureLoaded = false;
     G.SwitchToFileTab = true;
-    Text1->hide();
+    for (auto &p : pages_) p->reset();
 }
 
 // ---------------------------------------------------------------- activation
@@ -637,7 +460,7 @@ void Tarnwick1::ResetSession()
 void Tarnwick1::activated()
 {
     ++Activations;
-    if (StartingUp) FirstActivation();
+    if (State.StartingUp && !firstActivationDone_) FirstActivation();
     if (G.QuickTipsOpen && G.Options.ShowQuickTips) {
         // The quick tips window arrives with its own feature.
     }
@@ -645,15 +468,18 @@ void Tarnwick1::activated()
 
 void Tarnwick1::FirstActivation()
 {
+    // Runs once, even when a box that it shows brings another activation before it ends.
+    firstActivationDone_ = true;
     const OptionSettings &o = G.Options;
-    if (!o.LastFolder.trimmed().isEmpty() && o.SaveLastFolder) {
-        Browse->setListFolder(o.LastFolder);
-        LoadFolderPictures();
+    ExplorerSide *ex = explorer();
+    if (!o.LastFolder.trimmed().isEmpty() && o.SaveLastFolder && ex) {
+        ex->setListFolder(o.LastFolder);
+        if (PictureSide *pic = pictures()) pic->LoadFolderPictures();
     }
     if (!Args.CommandArg[0].trimmed().isEmpty()) {
         const QString path = JoinCommandLine(Args);
         const int slash = path.lastIndexOf(u'/');
-        if (slash + 1 >= 3) Browse->setListFolder(path.left(slash));
+        if (slash + 1 >= 3 && ex) ex->setListFolder(path.left(slash));
         DisplayFile(path);
         setTitle(path + QStringLiteral(" - ") + AppTitle);
         Args.CommandArg[0].clear();
@@ -663,41 +489,19 @@ void Tarnwick1::FirstActivation()
         hourglassUp_ = false;
     }
     setTitle(AppTitle);
-    if (ScreenWidthTwips != 9600) {
-        ToolBarComp1->setCaption(QStringLiteral("ID_FilterName"), Cat.FilterNames[33].trimmed());
+    if (State.ScreenWidthTwips != 9600) {
+        ToolBarComp1->setCaption(tool::FilterName, Cat.FilterNames[33].trimmed());
     } else {
-        ToolBarComp1->setVisible(QStringLiteral("ID_FilterName"), false);
+        ToolBarComp1->setVisible(tool::FilterName, false);
     }
-    StartingUp = false;
+    State.StartingUp = false;
     unsetCursor();
 }
 
-void Tarnwick1::LoadFolderPictures()
+bool Tarnwick1::event(QEvent *e)
 {
-    if (List3->count() != 0) return;
-    for (const QString &p : Browse->listItemPaths()) {
-        if (p.trimmed().isEmpty() || FileMissing(p)) continue;
-        if (IsPictureExt(GetFileExt(p))) List3->addItem(p);
-    }
-    if (List3->count() > 0) {
-        List3->setCurrentRow(0);
-        LoadImage(List3->item(0)->text());
-    }
-}
-
-void Tarnwick1::changeEvent(QEvent *e)
-{
-    if (e->type() == QEvent::ActivationChange && isActiveWindow()) activated();
-    QMainWindow::changeEvent(e);
-}
-
-void Tarnwick1::showEvent(QShowEvent *e)
-{
-    QMainWindow::showEvent(e);
-    if (!splitterPlaced_) {
-        splitterPlaced_ = true;
-        placeSplitter();
-    }
+    if (e->type() == QEvent::WindowActivate) activated();
+    return QMainWindow::event(e);
 }
 
 void Tarnwick1::resizeEvent(QResizeEvent *e)
@@ -708,7 +512,7 @@ void Tarnwick1::resizeEvent(QResizeEvent *e)
 
 void Tarnwick1::layoutMain()
 {
-    if (Pictures && selectedTab() == 2) Pictures->ResizeImage();
+    if (TabPage *p = page(selectedTab())) p->layout();
 }
 
 // ---------------------------------------------------------------- dispatcher
@@ -755,9 +559,9 @@ void Tarnwick1::DisplayFile(const QString &path)
         LoadMediaFile(path);
     } else if (!IsDocumentFile) {
         LoadImage(path);
-        if (!FileCommandsOn) {
+        if (!State.FileCommandsOn) {
             SetFileCommands(true);
-            FileCommandsOn = true;
+            State.FileCommandsOn = true;
         }
     } else {
         AddDocumentHistory(path);
@@ -789,9 +593,9 @@ bool Tarnwick1::FileMissing(const QString &path) const
 void Tarnwick1::OpenWithShell()
 {
     showHourglass();
-    const QString item = Browse->focusedItemPath();
+    const QString item = explorer() ? explorer()->focusedItemPath() : QString();
     bool ok = !item.isEmpty() && QFileInfo::exists(item);
-    if (ok) ok = shellOpen(item);
+    if (ok) ok = shellOpener()(item);
     hideHourglass();
     if (!ok)
         inform(QStringLiteral("Error Loading File Type - Check Explorer Options to set up Program "
@@ -800,41 +604,38 @@ void Tarnwick1::OpenWithShell()
                AppTitle, this);
 }
 
-bool Tarnwick1::shellOpen(const QString &path)
+QListWidget *Tarnwick1::historyOf(int tab)
 {
-    if (qEnvironmentVariableIsSet("TW_SHELL_OPEN_LOG")) {
-        // Test runs record the request instead of starting another program.
-        QFile log(qEnvironmentVariable("TW_SHELL_OPEN_LOG"));
-        if (!log.open(QIODevice::Append)) return false;
-        log.write(pathToBytes(path) + "\n");
-        return true;
-    }
-    return QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+    TabPage *p = page(tab);
+    if (!p) return nullptr;
+    p->ensureBuilt();
+    return p->history();
 }
 
 void Tarnwick1::AddDocumentHistory(const QString &path)
 {
+    QListWidget *list6 = historyOf(6);
+    if (!list6) return;
     int found = -1;
-    for (int i = 0; i < List6->count(); ++i) {
-        if (List6->item(i)->text() == path) {
+    for (int i = 0; i < list6->count(); ++i) {
+        if (list6->item(i)->text() == path) {
             found = i;
             break;
         }
     }
     if (found < 0) {
-        List6->addItem(path);
-        List6->setCurrentRow(List6->count() - 1);
+        list6->addItem(path);
+        list6->setCurrentRow(list6->count() - 1);
     }
-    const QString sel = List6->currentItem() ? List6->currentItem()->text() : path;
+    const QString sel = list6->currentItem() ? list6->currentItem()->text() : path;
     AddViewMenuItem(sel);
-    G.SuppressToolCommand = true;
+    SuppressTools quiet;
     ToolBarComp1->press(sel);
-    G.SuppressToolCommand = false;
 }
 
 void Tarnwick1::ShowExplorerItem()
 {
-    const QString path = Browse->focusedItemPath();
+    const QString path = explorer() ? explorer()->focusedItemPath() : QString();
     G.FromInternet = false;
     if (!FileMissing(path)) DisplayFile(path);
     if (G.SelectedFile.trimmed().isEmpty()) setTitle(AppTitle);
@@ -843,12 +644,13 @@ void Tarnwick1::ShowExplorerItem()
 
 void Tarnwick1::AddViewMenuItem(const QString &path)
 {
-    ToolBarComp1->addDynamicTool(path, QStringLiteral("MenuViewList"), QStringLiteral("ID_mnuView"),
+    ToolBarComp1->addDynamicTool(path, QStringLiteral("MenuViewList"), tool::mnuView,
                                  G.ProgramDir + QStringLiteral("/BMPS/Check.BMP"));
 }
 
 void Tarnwick1::walkHistory(QListWidget *list, int step, bool picture)
 {
+    if (!list) return;
     const int n = list->count();
     if (n == 0 || list->currentRow() < 0) return;
     const int row = (list->currentRow() + step + n) % n;
@@ -881,34 +683,15 @@ void Tarnwick1::LoadText(const QString &path)
     LastLoader = FileLoaders::name(LoaderKind::Text);
 }
 
-bool Tarnwick1::SaveFileAs(const QString &path)
-{
-    // Picture saving arrives with its own feature.
-    Q_UNUSED(path);
-    return false;
-}
-
-void Tarnwick1::offerToSaveChangedPicture()
-{
-    if (!PictureChanged) return;
-    if (askYesNo(QStringLiteral("Do you want to Save the Current Picture - ") + G.CurrentFile
-                     + QStringLiteral(" ? "),
-                 AppTitle, this))
-        SaveFileAs(G.CurrentFile);
-}
-
 // ---------------------------------------------------------------- file commands
 
 void Tarnwick1::SetFileCommands(bool on)
 {
-    for (const char *id : {"ID_mnuCloseFile", "ID_mnuSaveFileAs", "ID_mnuRenameFile",
-                           "ID_mnuDeleteFile", "ID_mnuConvertFiles", "ID_mnuProperties",
-                           "ID_mnuPrintFiles", "ID_Print", "ID_mnuOpenOLE"})
-        ToolBarComp1->setEnabled(QString::fromLatin1(id), on);
-    if (List4[0]->count() >= 1) {
-        ToolBarComp1->setEnabled(QStringLiteral("ID_ListToggle"), on);
-        if (ListToggleBtn) ListToggleBtn->setEnabled(on);
-    }
+    for (QLatin1String id : {tool::mnuCloseFile, tool::mnuSaveFileAs, tool::mnuRenameFile,
+                             tool::mnuDeleteFile, tool::mnuConvertFiles, tool::mnuProperties,
+                             tool::mnuPrintFiles, tool::Print, tool::mnuOpenOLE})
+        ToolBarComp1->setEnabled(id, on);
+    for (auto &p : pages_) p->fileCommandsChanged(on);
 }
 
 // ---------------------------------------------------------------- tabs
@@ -918,7 +701,7 @@ QString Tarnwick1::selectedTabKey() const { return tabKey(selectedTab()); }
 
 void Tarnwick1::selectTab(int index)
 {
-    if (index < 1 || index > 8) return;
+    if (index < 1 || index > TabCount) return;
     const int oldTab = selectedTab();
     if (index == oldTab) return;
     OnTabLeaving(index, oldTab);
@@ -931,98 +714,42 @@ void Tarnwick1::selectTab(int index)
 
 void Tarnwick1::selectTabByKey(const QString &key) { selectTab(tabIndex(key)); }
 
-void Tarnwick1::BackToPreviousTab() { selectTab(PreviousTab); }
+void Tarnwick1::BackToPreviousTab() { selectTab(State.PreviousTab); }
 
 void Tarnwick1::OnTabLeaving(int newTab, int oldTab)
 {
     Q_UNUSED(oldTab);
-    G.SuppressToolCommand = true;
-    G.CurrentPlayer = QStringLiteral("0");
-    ToolBarComp1->setAllEnabled(false);
-    ToolBarComp1->setToolbarVisible(7, false);
-    for (int p = 2; p <= 6; ++p)
-        if (ToolBarComp1->toolbarVisible(p)) ToolBarComp1->setToolbarVisible(p, false);
-
-    const QString key = tabKey(newTab);
-    bool areaHidden = false;
-    if (key == QLatin1String("Find")) {
-        ToolBarComp1->setToolbarVisible(2, true);
-    } else if (key == QLatin1String("Pictures")) {
-        Pictures->onEnterPicturesTab();
-        if (!G.CurrentFile.trimmed().isEmpty()) G.SelectedFile = G.CurrentFile;
-        ToolBarComp1->setToolbarVisible(3, true);
-        if (List3->currentRow() >= 0) ToolBarComp1->press(List3->currentItem()->text());
-        // Last: a remote picture still owed its verdict.
-        Pictures->CheckInternetPicture();
-    } else if (key == QLatin1String("Videos")) {
+    {
+        SuppressTools quiet;
         G.CurrentPlayer = QStringLiteral("0");
-        ToolBarComp1->setCaption(QStringLiteral("ID_StopVideo"), QStringLiteral("Stop Video"));
-        ToolBarComp1->setCaption(QStringLiteral("ID_PlayBtn"), QStringLiteral("Play Video"));
-        ToolBarComp1->setToolbarVisible(4, true);
-    } else if (key == QLatin1String("Music")) {
-        G.CurrentPlayer = QStringLiteral("1");
-        ToolBarComp1->setCaption(QStringLiteral("ID_StopVideo"), QStringLiteral("Stop Music"));
-        ToolBarComp1->setCaption(QStringLiteral("ID_PlayBtn"), QStringLiteral("Play Music"));
-        ToolBarComp1->setToolbarVisible(4, true);
-    } else if (key == QLatin1String("Documents")) {
-        ToolBarComp1->setToolbarVisible(5, true);
-        if (List6->currentRow() >= 0) ToolBarComp1->press(List6->currentItem()->text());
-    } else if (key == QLatin1String("Internet")) {
-        ToolBarComp1->setToolbarVisible(6, true);
-        ToolBarComp1->setToolbarVisible(7, true);
-        if (InternetFirstEntry) {
-            ToolBarComp1->setToolTip(QStringLiteral("ID_IntURLEnter"),
-                                     QStringLiteral("Enter Web Site Page Location or Select Visited Page"));
-            InternetFirstEntry = false;
-        }
-    } else if (key == QLatin1String("Slide") || key == QLatin1String("Tools")) {
-        ToolBarComp1->setToolAreaVisible(false);
-        areaHidden = true;
-    }
-    if (!areaHidden && !ToolBarComp1->toolAreaVisible()) ToolBarComp1->setToolAreaVisible(true);
-    ToolBarComp1->setAllEnabled(true);
-    const QString videoDir = G.ProgramDir + QStringLiteral("/VideoPlayList/");
-    const QString musicDir = G.ProgramDir + QStringLiteral("/MusicPlayList/");
-    if (G.VideoListChanged) savePlayList(playListFile(G.VideoListName, videoDir), List4[1]);
-    if (G.MusicListChanged) savePlayList(playListFile(G.MusicListName, musicDir), List5[1]);
-    G.SuppressToolCommand = false;
-    PreviousTab = static_cast<int16_t>(selectedTab());
-}
+        ToolBarComp1->setAllEnabled(false);
+        ToolBarComp1->setToolbarVisible(7, false);
+        for (int p = 2; p <= 6; ++p)
+            if (ToolBarComp1->toolbarVisible(p)) ToolBarComp1->setToolbarVisible(p, false);
 
-QString Tarnwick1::playListFile(const QString &name, const QString &folder) const
-{
-    const QString base = name.startsWith(u'/') ? name : folder + name;
-    return base + QStringLiteral(".PLST");
+        TabPage *entering = page(newTab);
+        entering->ensureBuilt();
+        entering->entering();
+        const QString key = tabKey(newTab);
+        const bool areaHidden = key == QLatin1String("Slide") || key == QLatin1String("Tools");
+        if (areaHidden) ToolBarComp1->setToolAreaVisible(false);
+        else if (!ToolBarComp1->toolAreaVisible()) ToolBarComp1->setToolAreaVisible(true);
+        ToolBarComp1->setAllEnabled(true);
+        for (auto &p : pages_) p->tabChanging();
+    }
+    G.SuppressToolCommand = false;
+    State.PreviousTab = static_cast<int16_t>(selectedTab());
 }
 
 void Tarnwick1::OnTabEntered(int newTab, int oldTab)
 {
     Q_UNUSED(oldTab);
-    const QString key = tabKey(newTab);
+    TabPage *p = page(newTab);
+    const QString key = p->key();
     if (key != QLatin1String("Tools") && key != QLatin1String("Slide")) layoutMain();
-    if (key == QLatin1String("Tools")) Tools->layoutTab();
-    const QString tail = QStringLiteral(" - ") + AppTitle;
-    if (key == QLatin1String("Find")) {
-        const QString f = Browse->focusedItemPath();
-        setTitle(f.isEmpty() ? AppTitle : f + tail);
-        if (QWidget *l = findChild<QWidget *>(QStringLiteral("PTxShList1"))) l->setFocus();
-    } else if (key == QLatin1String("Pictures")) {
-        setTitle(G.SelectedFile + tail);
-        if (Pictures->Image1 && static_cast<QWidget *>(Pictures->Image1)->isVisible())
-            static_cast<QWidget *>(Pictures->Image1)->setFocus();
-    } else if (key == QLatin1String("Videos")) {
-        setTitle(MediaPlayer1Name + tail);
-    } else if (key == QLatin1String("Music")) {
-        setTitle(MediaPlayer2Name + tail);
-    } else if (key == QLatin1String("Documents")) {
-        setTitle((Text1->isVisible() ? Text1Document : WebBrowser1Document) + tail);
-    } else if (key == QLatin1String("Internet")) {
-        setTitle(WebPageName + tail);
-    } else if (key == QLatin1String("Slide")) {
-        setTitle(AppTitle + QStringLiteral(" - Set Picture Slide Show with Music"));
-    } else if (key == QLatin1String("Tools")) {
-        setTitle(AppTitle + QStringLiteral(" - Set Window and Program Colors and Options"));
-    }
+    if (key == QLatin1String("Tools")) p->layout();
+    setTitle(p->tabTitle());
+    p->entered();
 }
 
 // ---------------------------------------------------------------- title, timer
@@ -1037,17 +764,11 @@ void Tarnwick1::runTimer()
     const QString time = QLocale::c().toString(now.time(), QStringLiteral("h:mm:ss AP"));
     const int tab = TabStrip1 ? selectedTab() : 1;
     if (tab != 6 && tab != 8) {
-        ToolBarComp1->setCaption(QStringLiteral("ID_Date"), date);
-        ToolBarComp1->setCaption(QStringLiteral("ID_Time"), time);
+        ToolBarComp1->setCaption(tool::Date, date);
+        ToolBarComp1->setCaption(tool::Time, time);
     }
-    if (tab == 8) {
-        Tools->Label2[6]->setText(date);
-        Tools->Label2[7]->setText(time);
-    }
-    if (tab == 5) {
-        SlideClock[0]->setText(date);
-        SlideClock[1]->setText(time);
-    }
+    TabPage *p = page(tab);
+    if (p && p->built() && p->showsClock()) p->showClock(date, time);
 }
 
 // ---------------------------------------------------------------- commands
@@ -1057,51 +778,44 @@ void Tarnwick1::OnToolClick(const QString &id)
     if (G.SuppressToolCommand) return;
     showHourglass();
     bool keepHourglass = false;
-    if (Pictures->onToolClick(id) || Browse->onToolClick(id)) {
-        // handled by the picture or the explorer side
-    } else if (id == QLatin1String("ID_mnuExit")) {
+    bool handled = false;
+    // The page on show answers first, then the others.
+    if (TabPage *shown = page(selectedTab())) handled = shown->toolClick(id);
+    for (int i = 1; i <= TabCount && !handled; ++i)
+        if (i != selectedTab() && pages_[size_t(i)]->handledTools().contains(id))
+            handled = pages_[size_t(i)]->toolClick(id);
+    if (handled) {
+        // answered by a page
+    } else if (id == tool::mnuExit) {
         hideHourglass();
         keepHourglass = true;
         close();
-    } else if (id == QLatin1String("ID_mnuOpenOLE")) {
+    } else if (id == tool::mnuOpenOLE) {
         OpenWithShell();
-    } else if (id == QLatin1String("ID_mnuFileBackPrevious")) {
+    } else if (id == tool::mnuFileBackPrevious) {
         BackToPreviousTab();
-    } else if (id == QLatin1String("ID_mnuSetColorsforTarnwick")
-               || id == QLatin1String("ID_mnuSetTarnwickOptions")) {
+    } else if (id == tool::mnuSetColorsforTarnwick || id == tool::mnuSetTarnwickOptions) {
         selectTab(8);
-    } else if (id == QLatin1String("ID_mnuCreateSlideShow")) {
+    } else if (id == tool::mnuCreateSlideShow) {
         selectTab(5);
-    } else if (id == QLatin1String("ID_mnuUtilitiesSetComputer")) {
+    } else if (id == tool::mnuUtilitiesSetComputer) {
         G.Options.ComputerNameUnset = true;
         SetComputerName();
-    } else if (id == QLatin1String("ID_Back")) {
-        walkHistory(List3, -1, true);
-    } else if (id == QLatin1String("ID_Forward")) {
-        walkHistory(List3, +1, true);
-    } else if (id == QLatin1String("ID_TxtBack")) {
-        walkHistory(List6, -1, false);
-    } else if (id == QLatin1String("ID_TxtForward")) {
-        walkHistory(List6, +1, false);
-    } else if (id == QLatin1String("ID_mnuCopy")) {
-        if (selectedTab() == 6 && Text1->isVisible() && !Text1->toPlainText().isEmpty())
-            Text1->selectAll(), Text1->copy();
-    } else if (id == QLatin1String("ID_mnuHelpTableofContents")
-               || id == QLatin1String("ID_HelpOpen")) {
+    } else if (id == tool::Back) {
+        walkHistory(historyOf(2), -1, true);
+    } else if (id == tool::Forward) {
+        walkHistory(historyOf(2), +1, true);
+    } else if (id == tool::TxtBack) {
+        walkHistory(historyOf(6), -1, false);
+    } else if (id == tool::TxtForward) {
+        walkHistory(historyOf(6), +1, false);
+    } else if (id == tool::mnuHelpTableofContents || id == tool::HelpOpen) {
         showHelp(false);
-    } else if (id == QLatin1String("ID_mnuHelpSearch")) {
+    } else if (id == tool::mnuHelpSearch) {
         showHelp(true);
-    } else if (id == QLatin1String("ID_HelpImage") || id == QLatin1String("ID_PlayHelp")
-               || id == QLatin1String("ID_TxtHelp") || id == QLatin1String("ID_IntHelp")) {
+    } else if (id == tool::HelpImage || id == tool::PlayHelp || id == tool::TxtHelp || id == tool::IntHelp) {
         contextHelp(id);
-    } else if (id == QLatin1String("ID_EditImage") || id == QLatin1String("ID_EditColors")
-               || id == QLatin1String("ID_PrintImage")) {
-        // The save prompt comes first, then the file under edit is the picture list's row;
-        // the editors and the print window open from here when they are part of the build.
-        offerToSaveChangedPicture();
-        if (List3->currentItem()) G.EditedFile = List3->currentItem()->text();
-    } else if (id == QLatin1String("ID_FilterBtn") || id == QLatin1String("ID_ViewBtn")
-               || id == QLatin1String("ID_ViewImage")) {
+    } else if (id == tool::FilterBtn || id == tool::ViewBtn || id == tool::ViewImage) {
         OnToolDropDown(id);
     } else if (ToolBarComp1->category(id) == QLatin1String("FilterList")) {
         chooseFilter(id);
@@ -1113,66 +827,63 @@ void Tarnwick1::OnToolClick(const QString &id)
 
 void Tarnwick1::OnToolDropDown(const QString &id)
 {
-    if (id == QLatin1String("ID_FilterBtn") || id == QLatin1String("ID_ViewBtn")
-        || id == QLatin1String("ID_ViewImage"))
-        ToolBarComp1->dropDown(id);
+    if (id == tool::FilterBtn || id == tool::ViewBtn || id == tool::ViewImage) ToolBarComp1->dropDown(id);
 }
 
 void Tarnwick1::chooseFilter(const QString &name)
 {
-    G.SuppressToolCommand = true;
+    SuppressTools quiet;
     for (int row = 0; row < FilterRows; ++row) {
         if (Cat.FilterNames[row] != name) continue;
         Cat.FilterPatterns[row] = Cat.FilterPatterns[row].trimmed();
-        Browse->setListPattern(Cat.FilterPatterns[row]);
+        if (ExplorerSide *ex = explorer()) ex->setListPattern(Cat.FilterPatterns[row]);
         G.CurrentFilterRow = static_cast<int16_t>(row);
         const QString trimmed = Cat.FilterNames[row].trimmed();
-        ToolBarComp1->setVisible(QStringLiteral("ID_Separator2"), trimmed.size() <= 20);
-        if (ScreenWidthTwips != 9600) {
-            ToolBarComp1->setCaption(QStringLiteral("ID_FilterName"), trimmed);
+        ToolBarComp1->setVisible(tool::Separator2, trimmed.size() <= 20);
+        if (State.ScreenWidthTwips != 9600) {
+            ToolBarComp1->setCaption(tool::FilterName, trimmed);
         } else {
-            ToolBarComp1->setVisible(QStringLiteral("ID_FilterName"), false);
+            ToolBarComp1->setVisible(tool::FilterName, false);
         }
         break;
     }
-    G.SuppressToolCommand = false;
 }
 
 void Tarnwick1::chooseViewListFile(const QString &id)
 {
-    G.SuppressToolCommand = true;
-    const int n3 = List3->count(), n6 = List6->count();
+    SuppressTools quiet;
+    QListWidget *list3 = historyOf(2);
+    QListWidget *list6 = historyOf(6);
+    const int n3 = list3 ? list3->count() : 0, n6 = list6 ? list6->count() : 0;
     const QString key = id.trimmed();
     for (int i = 0; i < qMax(n3, n6); ++i) {
-        if (i < n3 && List3->item(i)->text().trimmed() == key) {
-            List3->setCurrentRow(i);
+        if (i < n3 && list3->item(i)->text().trimmed() == key) {
+            list3->setCurrentRow(i);
             G.FromInternet = false;
-            DisplayFile(List3->item(i)->text());
+            DisplayFile(list3->item(i)->text());
             break;
         }
-        if (i < n6 && List6->item(i)->text().trimmed() == key) {
-            List6->setCurrentRow(i);
-            DisplayFile(List6->item(i)->text());
+        if (i < n6 && list6->item(i)->text().trimmed() == key) {
+            list6->setCurrentRow(i);
+            DisplayFile(list6->item(i)->text());
             break;
         }
     }
-    G.SuppressToolCommand = false;
 }
 
 void Tarnwick1::contextHelp(const QString &id)
 {
-    G.SuppressToolCommand = true;
-    ToolBarComp1->setEnabled(QStringLiteral("ID_mnuHelpTableofContents"), false);
-    ToolBarComp1->setEnabled(QStringLiteral("ID_mnuHelpSearch"), false);
+    SuppressTools quiet;
+    ToolBarComp1->setEnabled(tool::mnuHelpTableofContents, false);
+    ToolBarComp1->setEnabled(tool::mnuHelpSearch, false);
     QString topic;
-    if (id == QLatin1String("ID_HelpImage")) topic = QStringLiteral("pictures");
-    else if (id == QLatin1String("ID_PlayHelp")) topic = QStringLiteral("players");
-    else if (id == QLatin1String("ID_TxtHelp")) topic = QStringLiteral("documents");
+    if (id == tool::HelpImage) topic = QStringLiteral("pictures");
+    else if (id == tool::PlayHelp) topic = QStringLiteral("players");
+    else if (id == tool::TxtHelp) topic = QStringLiteral("documents");
     else topic = QStringLiteral("internet");
     showHelpTopic(topic);
-    ToolBarComp1->setEnabled(QStringLiteral("ID_mnuHelpTableofContents"), true);
-    ToolBarComp1->setEnabled(QStringLiteral("ID_mnuHelpSearch"), true);
-    G.SuppressToolCommand = false;
+    ToolBarComp1->setEnabled(tool::mnuHelpTableofContents, true);
+    ToolBarComp1->setEnabled(tool::mnuHelpSearch, true);
 }
 
 void Tarnwick1::showHelp(bool search)
@@ -1192,60 +903,20 @@ void Tarnwick1::showHelpTopic(const QString &topic)
 void Tarnwick1::ApplyColors()
 {
     const ColorSettings &c = G.Colors;
-    auto paint = [](QWidget *w, uint32_t back, uint32_t text) {
-        if (!w) return;
-        QPalette p = w->palette();
-        paintPalette(p, back, text);
-        w->setPalette(p);
-        w->setAutoFillBackground(true);
-    };
-    // Menus and toolbars
-    paint(menuBar(), c.MenuBack, c.MenuText);
-    for (int p = 2; p <= 7; ++p) paint(ToolBarComp1->toolbar(p), c.MenuBack, c.MenuText);
+    // Menus and toolbars, in the menu style and font type of the options.
+    applyMenuLook(menuBar(), c.MenuBack, c.MenuText, G.Options);
+    for (int p = 2; p <= 7; ++p) applyMenuLook(ToolBarComp1->toolbar(p), c.MenuBack, c.MenuText, G.Options);
+    for (QMenu *m : menuBar()->findChildren<QMenu *>()) applyMenuLook(m, c.MenuBack, c.MenuText, G.Options);
     // Tabs
-    paint(TabStrip1->tabBar(), c.TabBack, c.TabText);
+    paintWidget(TabStrip1->tabBar(), c.TabBack, c.TabText);
     // Service panels
-    for (int i = 1; i <= 8; ++i) paint(TabPanel[i], c.ServiceBack, c.ServiceText);
-    paint(Frame1[5], c.ServiceBack, c.ServiceText);
-    paint(Frame1[8], c.ServiceBack, c.ServiceText);
+    for (int i = 1; i <= TabCount; ++i) paintWidget(TabPanel[i], c.ServiceBack, c.ServiceText);
     // Lists
-    for (QWidget *w : {static_cast<QWidget *>(List3), static_cast<QWidget *>(List4[0]),
-                       static_cast<QWidget *>(List4[1]), static_cast<QWidget *>(List5[0]),
-                       static_cast<QWidget *>(List5[1]), static_cast<QWidget *>(List6),
-                       static_cast<QWidget *>(List7), static_cast<QWidget *>(Splitter1)})
-        paint(w, c.ListBack, c.ListText);
-    if (SelectWin) paint(SelectWin->List1, c.ListBack, c.ListText);
-    Browse->applyColors();
-    // Entries
-    for (QWidget *w : Tools->Text4) paint(w, c.EntryBack, c.EntryText);
-    // Picture
-    Pictures->applyColors();
-    // Music, video and documents
-    paint(findChild<QWidget *>(QStringLiteral("MusicFrame")), c.MusicBack, c.MusicText);
-    paint(findChild<QWidget *>(QStringLiteral("VideoFrame")), c.VideoBack, c.VideoText);
-    paint(Text6, c.DocumentBack, c.DocumentText);
-    paint(Text1, c.DocumentBack, c.DocumentText);
-    paint(findChild<QWidget *>(QStringLiteral("WebBrowser2")), c.InternetBack, c.InternetText);
-    // Check boxes and option buttons take the service colours; buttons their own.
-    for (QWidget *w : findChildren<QWidget *>()) {
-        const QString cls = QString::fromLatin1(w->metaObject()->className());
-        if (cls == QLatin1String("QCheckBox") || cls == QLatin1String("QRadioButton"))
-            paint(w, c.ServiceBack, c.ServiceText);
-        else if (cls == QLatin1String("QPushButton"))
-            paint(w, c.ButtonBack, c.ButtonText);
-    }
-    // Bold fonts on lists, combos, check boxes and buttons.
-    for (QWidget *w : findChildren<QWidget *>()) {
-        const QString cls = QString::fromLatin1(w->metaObject()->className());
-        if (cls == QLatin1String("QListWidget") || cls == QLatin1String("QComboBox")
-            || cls == QLatin1String("QCheckBox") || cls == QLatin1String("QPushButton")
-            || w->inherits("QAbstractItemView")) {
-            QFont f = w->font();
-            f.setBold(G.Options.BoldFonts);
-            w->setFont(f);
-        }
-    }
-    Tools->repaintEntries();
+    paintWidget(List7, c.ListBack, c.ListText);
+    if (SelectWin) paintWidget(SelectWin->List1, c.ListBack, c.ListText);
+    for (auto &p : pages_)
+        if (p->built()) p->applyColors();
+    paintControls(this);
 }
 
 // ---------------------------------------------------------------- events
@@ -1260,42 +931,6 @@ bool Tarnwick1::eventFilter(QObject *o, QEvent *e)
                 if (idx >= 0) selectTab(idx + 1);
                 return true;
             }
-        }
-    }
-    if (o == ToggleBtn) {
-        switch (e->type()) {
-        case QEvent::MouseButtonPress:
-            if (static_cast<QMouseEvent *>(e)->button() == Qt::LeftButton)
-                toggleDrag_.mouseDown(clockSeconds());
-            break;
-        case QEvent::MouseMove:
-            if (toggleDrag_.dragging()) {
-                const QPoint at = ToggleBtn->mapToParent(static_cast<QMouseEvent *>(e)->position().toPoint());
-                Q_UNUSED(at);
-                return true;
-            }
-            if (toggleDrag_.mouseMove(clockSeconds())) {
-                ToggleBtn->setCursor(Qt::ClosedHandCursor);
-                return true;
-            }
-            break;
-        case QEvent::MouseButtonRelease:
-            if (toggleDrag_.dragging()) {
-                auto *me = static_cast<QMouseEvent *>(e);
-                const QPoint global = ToggleBtn->mapToGlobal(me->position().toPoint());
-                QWidget *img = Pictures->Image1 ? static_cast<QWidget *>(Pictures->Image1) : nullptr;
-                const bool over = img && img->isVisible()
-                                  && img->rect().contains(img->mapFromGlobal(global));
-                const QPoint inFrame = Frame1[0]->mapFromGlobal(global);
-                if (toggleDrag_.drop(over)) ToggleBtn->move(inFrame);
-                ToggleBtn->unsetCursor();
-                ToggleBtn->setDown(false);
-                return true;  // a drag is no click
-            }
-            toggleDrag_.mouseUp();
-            break;
-        default:
-            break;
         }
     }
     return QMainWindow::eventFilter(o, e);
@@ -1314,20 +949,15 @@ void Tarnwick1::shutDown()
     shutDownDone_ = true;
     // 1. The sound device stops with the players' feature.
     // 2. A changed picture is offered for saving.
-    if (PictureChanged) {
-        if (askYesNo(QStringLiteral("Do you want to Save the Current Picture - ") + G.CurrentFile
-                         + QStringLiteral(" ? "),
-                     AppTitle, this))
-            SaveFileAs(G.CurrentFile);
-    }
+    if (PictureSide *pic = pictures()) pic->offerToSavePicture();
     // 3. Geometry in twips.
     const QRect g = geometry();
     G.Options.WindowLeft = frameGeometry().x() * 15;
     G.Options.WindowTop = frameGeometry().y() * 15;
     G.Options.WindowHeight = g.height() * 15;
     G.Options.WindowWidth = g.width() * 15;
-    // 4. The folder of the list.
-    if (G.Options.SaveLastFolder) G.Options.LastFolder = Browse->listFolder();
+    // 4. The folder of the list, and what else each page keeps.
+    for (auto &p : pages_) p->shutDown();
     // 5. Options.INI.
     const StoreResult r = SaveOptions(G.Options, G.ProgramDir);
     if (!r.ok) inform(r.message, AppTitle, this);
@@ -1346,35 +976,25 @@ void Tarnwick1::shutDown()
 bool Tarnwick1::windowVariableText(const QString &name, QString *out) const
 {
     auto b = [](bool v) { return v ? QStringLiteral("true") : QStringLiteral("false"); };
-    if (name == QLatin1String("StartingUp")) *out = b(StartingUp);
-    else if (name == QLatin1String("PictureChanged")) *out = b(PictureChanged);
-    else if (name == QLatin1String("FileCommandsOn")) *out = b(FileCommandsOn);
-    else if (name == QLatin1String("PictureResized")) *out = b(PictureResized);
-    else if (name == QLatin1String("PreviousTab")) *out = QString::number(PreviousTab);
-    else if (name == QLatin1String("ScreenWidthTwips")) *out = QString::number(ScreenWidthTwips);
-    else if (name == QLatin1String("ScreenRatioX")) *out = QString::number(ScreenRatioX, 'g', 15);
-    else if (name == QLatin1String("ScreenRatioY")) *out = QString::number(ScreenRatioY, 'g', 15);
-    else if (name == QLatin1String("ThumbScaleX")) *out = QString::number(ThumbScaleX, 'g', 15);
-    else if (name == QLatin1String("ThumbScaleY")) *out = QString::number(ThumbScaleY, 'g', 15);
+    if (name == QLatin1String("StartingUp")) *out = b(State.StartingUp);
+    else if (name == QLatin1String("FileCommandsOn")) *out = b(State.FileCommandsOn);
+    else if (name == QLatin1String("PreviousTab")) *out = QString::number(State.PreviousTab);
+    else if (name == QLatin1String("ScreenWidthTwips")) *out = QString::number(State.ScreenWidthTwips);
+    else if (name == QLatin1String("ScreenRatioX")) *out = QString::number(State.ScreenRatioX, 'g', 15);
+    else if (name == QLatin1String("ScreenRatioY")) *out = QString::number(State.ScreenRatioY, 'g', 15);
+    else if (name == QLatin1String("ThumbScaleX")) *out = QString::number(State.ThumbScaleX, 'g', 15);
+    else if (name == QLatin1String("ThumbScaleY")) *out = QString::number(State.ThumbScaleY, 'g', 15);
     else if (name == QLatin1String("IsDocumentFile")) *out = b(IsDocumentFile);
     else if (name == QLatin1String("LastLoader")) *out = LastLoader;
     else if (name == QLatin1String("Activations")) *out = QString::number(Activations);
-    else if (name == QLatin1String("VideoListPath")) *out = VideoListPath;
-    else if (name == QLatin1String("MusicListPath")) *out = MusicListPath;
     else if (name == QLatin1String("MediaFilterExtra")) *out = Cat.MediaFilterExtra;
     else if (name.startsWith(QLatin1String("CommandArg")) && name.size() == 11) {
         const int i = name.at(10).digitValue();
         if (i < 1 || i > 6) return false;
         *out = Args.CommandArg[i - 1];
     } else if (name == QLatin1String("LocalComputerName")) *out = G.Options.LocalComputerName;
-    else if (name == QLatin1String("ToggleBtnLeft")) *out = QString::number(ToggleBtn->x());
-    else if (name == QLatin1String("ToggleBtnTop")) *out = QString::number(ToggleBtn->y());
     else if (name == QLatin1String("HelpPage")) *out = help_ ? help_->currentPage() : QString();
     else if (name == QLatin1String("HelpTitle")) *out = help_ ? help_->currentTitle() : QString();
-    else if (name == QLatin1String("ClockOnTools"))
-        *out = b(!Tools->Label2[6]->text().isEmpty() && !Tools->Label2[7]->text().isEmpty());
-    else if (name == QLatin1String("ClockOnSlide"))
-        *out = b(!SlideClock[0]->text().isEmpty() && !SlideClock[1]->text().isEmpty());
     else if (name == QLatin1String("MenuOrder")) {
         QStringList ids;
         for (QAction *a : menuBar()->actions()) ids << a->objectName();
@@ -1385,11 +1005,14 @@ bool Tarnwick1::windowVariableText(const QString &name, QString *out) const
         QMenu *m = ToolBarComp1->menu(id);
         if (!m) return false;
         QStringList ids;
-        for (QAction *a : m->actions())
-            ids << (a->isSeparator() ? QStringLiteral("|") : a->objectName());
+        for (QAction *a : m->actions()) ids << (a->isSeparator() ? QStringLiteral("|") : a->objectName());
         *out = ids.join(u' ');
+    } else {
+        // A variable of one of the pages.
+        for (const auto &p : pages_)
+            if (p && p->variableText(name, out)) return true;
+        return false;
     }
-    else return false;
     return true;
 }
 

@@ -1,38 +1,32 @@
-// The main window: owns the session, the tabs, the lists and the routines that every
-// other window calls (DisplayFile, the loaders, SaveFileAs, ResetPicture).
+// The main window: owns the session and hosts the eight tab pages. It keeps the routines
+// that every other window calls (DisplayFile, FileMissing, the history walks, the filter
+// choice) and loops over its pages for a tab change, a command, the colours and shutdown.
 #pragma once
 
 #include "core/catalogue.h"
 #include "core/globals.h"
 #include "core/loaders.h"
 #include "core/session.h"
+#include "core/tab_page.h"
 
 #include <QMainWindow>
-#include <QPointer>
 #include <QString>
-
-#include "core/toggle_drag.h"
+#include <array>
+#include <functional>
+#include <memory>
 
 class QComboBox;
-class QFrame;
-class QLabel;
 class QListWidget;
-class QSplitter;
 class QTabWidget;
 class QTimer;
-class QPushButton;
-class QTextEdit;
 
 namespace tw {
 
 class ToolManager;
-class ToolsTab;
-class Select1;
-class PicturesModule;
-class BrowseModule;
 class HelpViewer;
+class Select1;
 
-class Tarnwick1 : public QMainWindow {
+class Tarnwick1 : public QMainWindow, public PageHost {
     Q_OBJECT
 public:
     // Loads the window: the start-up steps, with the raw command line of the process.
@@ -41,20 +35,30 @@ public:
 
     static Tarnwick1 *instance();
 
+    // --- The host of the pages ---
+    QMainWindow *window() override { return this; }
+    using QWidget::window;
+    ToolManager &tools() override { return *ToolBarComp1; }
+    WindowState &state() override { return State; }
+    TabPage *page(int index) override;
+    ExplorerSide *explorer() override;
+    PictureSide *pictures() override;
+    void pageBuilt(TabPage *p) override;
+    // Every page makes its controls now (the scenario runner's look-up of a control that a
+    // page not yet entered holds).
+    void buildAllPages();
+
     // --- The routines other windows call ---
-    void DisplayFile(const QString &path);
-    bool FileMissing(const QString &path) const;
+    void DisplayFile(const QString &path) override;
+    bool FileMissing(const QString &path) const override;
     void OpenWithShell();
     void AddDocumentHistory(const QString &path);
-    void ShowExplorerItem();
-    void AddViewMenuItem(const QString &path);
-    void SetFileCommands(bool on);
+    void ShowExplorerItem() override;
+    void AddViewMenuItem(const QString &path) override;
+    void SetFileCommands(bool on) override;
     void ResetSession();
-    bool SaveFileAs(const QString &path);  // picture saving; false when not saved
-    // The save guard shared by the picture commands: asks, and saves on Yes.
-    void offerToSaveChangedPicture();
 
-    // The loaders of the four kinds, each handed in by its subsystem.
+    // The loaders of the four kinds, each handed in by its page.
     FileLoaders Loaders;
     // The dispatcher's calls into them.
     void LoadImage(const QString &path);
@@ -62,93 +66,66 @@ public:
     void LoadDocument(const QString &path);
     void LoadText(const QString &path);
 
-    // Folder load of the first activation: the pictures of PTxShList1 into List3.
-    void LoadFolderPictures();
-
     // Tabs (index 1..8, keys "Find" .. "Tools").
-    int selectedTab() const;
+    int selectedTab() const override;
     QString selectedTabKey() const;
-    void selectTab(int index);
+    void selectTab(int index) override;
     void selectTabByKey(const QString &key);
-    static QString tabKey(int index);
-    static int tabIndex(const QString &key);
-    void BackToPreviousTab();
+    static QString tabKey(int index) { return tw::tabKey(index); }
+    static int tabIndex(const QString &key) { return tabIndexOfKey(key); }
+    void BackToPreviousTab() override;
 
     // Title bar.
-    void setTitle(const QString &title);
-    QString title() const;
+    void setTitle(const QString &title) override;
+    QString title() const override;
 
     // Commands.
-    void OnToolClick(const QString &id);
+    void OnToolClick(const QString &id) override;
     void chooseFilter(const QString &name);
     void chooseViewListFile(const QString &id);
 
     // Colours and options.
-    void ApplyColors();
+    void ApplyColors() override;
     void runTimer();  // Timer1's routine
 
-    // The first activation, and every one after it.
+    // Activation: the first one opens the saved folder and the command-line file.
     void activated();
     void OnToolDropDown(const QString &id);
     void AddFilterMenuItem(const QString &name);
     // The help window on one topic ("finding", "pictures", ...).
-    void showHelpTopic(const QString &topic);
-    bool loadPlayList(const QString &file, QListWidget *entries);
-    bool savePlayList(const QString &file, QListWidget *entries);
-    void placeSplitter();
-    // The button over the picture is being dragged (held longer than a click).
-    bool togglingDrag() const { return toggleDrag_.dragging(); }
+    void showHelpTopic(const QString &topic) override;
+
+    // The tools the window's own routines answer (the rest belong to the pages).
+    static QStringList windowTools();
+    // Handled tool identifiers that the tool table does not know (empty when all is well).
+    QStringList unknownHandledTools() const;
 
     // Text form of a per-window variable for the scenario runner.
     bool windowVariableText(const QString &name, QString *out) const;
 
+    // How the shell's "Open" is asked for; the scenario runner puts its recorder here.
+    static std::function<bool(const QString &path)> &shellOpener();
+
     // --- Per-window state ---
     CommandLine Args;
     QString CommandArg1() const { return Args.CommandArg[0]; }
-    bool StartingUp = true;
-    double ScreenRatioX = 1, ScreenRatioY = 1, ThumbScaleX = 761.964, ThumbScaleY = 710.374;
-    int16_t ScreenWidthTwips = 9600;
-    bool PictureChanged = false;
-    bool FileCommandsOn = false;
-    int16_t PreviousTab = 0;
-    bool PictureResized = false;
+    WindowState State;
     bool IsDocumentFile = false;
-    bool InternetFirstEntry = true;
     int Activations = 0;
     QString LastLoader;  // the loader DisplayFile handed the last file to
-    QString VideoListPath, MusicListPath;
-    bool MediaPlayer1AutoStart = true, MediaPlayer2AutoStart = false;
-    QString MediaPlayer1Name, MediaPlayer2Name;
-    QString SlideShowName, WebPageName;
-    QString Text1Document, WebBrowser1Document;
 
     // --- Controls ---
     ToolManager *ToolBarComp1 = nullptr;
     QTabWidget *TabStrip1 = nullptr;
-    QWidget *TabPanel[9] = {};     // 1..8
-    QSplitter *Splitter1 = nullptr;  // Find tab: tree | list
-    QFrame *Frame1[9] = {};          // Frame1(0) is the picture panel, 5 and 8 the full panels
-    QListWidget *List3 = nullptr;    // pictures seen, walk order
-    QListWidget *List4[2] = {};      // video play lists: names, entries
-    QListWidget *List5[2] = {};      // music play lists: names, entries
-    QListWidget *List6 = nullptr;    // documents seen
+    QWidget *TabPanel[TabCount + 1] = {};  // 1..8
     QListWidget *List7 = nullptr;
     QComboBox *CMBFILTER = nullptr;
-    QPushButton *ToggleBtn = nullptr;
-    QPushButton *ListToggleBtn = nullptr;
-    QTextEdit *Text1 = nullptr;      // text documents
-    QLabel *Text6 = nullptr;         // the document panel's caption
-    QLabel *SlideClock[2] = {};      // Label2(8), Label2(9)
     QTimer *Timer1 = nullptr;
-    ToolsTab *Tools = nullptr;
     Select1 *SelectWin = nullptr;
-    PicturesModule *Pictures = nullptr;
-    BrowseModule *Browse = nullptr;
 
 protected:
     void closeEvent(QCloseEvent *e) override;
-    void changeEvent(QEvent *e) override;
-    void showEvent(QShowEvent *e) override;
+    bool event(QEvent *e) override;
     void resizeEvent(QResizeEvent *e) override;
     bool eventFilter(QObject *o, QEvent *e) override;
 
@@ -156,31 +133,32 @@ private:
     void startUp(const QString &raw);
     void registerRoutines();
     void buildControls();
+    void makePages();
+    void greyUnhandledTools();
     void FirstActivation();
     void OnTabLeaving(int newTab, int oldTab);
     void OnTabEntered(int newTab, int oldTab);
     void walkHistory(QListWidget *list, int step, bool picture);
+    QListWidget *historyOf(int tab);
     void layoutMain();
     void shutDown();
-    void listPlayLists(const QString &folder, QListWidget *list);
+    void contextHelp(const QString &id);
+    void showHelp(bool search);
+    void showFocusedControlHelp();
+
 public:
     void GetThisComputerName();
     void SetComputerName();
 
 private:
-    bool shellOpen(const QString &path);
-    QString playListFile(const QString &name, const QString &folder) const;
-    void contextHelp(const QString &id);
-    void showHelp(bool search);
-
+    std::array<std::unique_ptr<TabPage>, TabCount + 1> pages_;
     bool shutDownDone_ = false;
+    bool firstActivationDone_ = false;
     bool hourglassUp_ = false;
     bool programDirWritable_ = true;
     bool filterMenuErrorShown_ = false;
-    bool splitterPlaced_ = false;
     QString helpFile_;
     HelpViewer *help_ = nullptr;
-    ToggleDrag toggleDrag_;
     int tabBeforeChange_ = 1;
     bool inTabChange_ = false;
 };

@@ -5,7 +5,10 @@
 #include "core/options_store.h"
 #include "core/prompt.h"
 #include "core/text_rules.h"
-#include "tarnwick1.h"
+#include "core/tab_page.h"
+#include "core/tool_ids.h"
+
+#include <QMainWindow>
 
 #include <QCheckBox>
 #include <QColorDialog>
@@ -58,7 +61,7 @@ int colorFieldOfBox(int box)
     return -1;
 }
 
-ToolsTab::ToolsTab(Tarnwick1 &w, QWidget *parent) : QWidget(parent), w_(w)
+ToolsTab::ToolsTab(PageHost &w, QWidget *parent) : QWidget(parent), w_(w)
 {
     setObjectName(QStringLiteral("ToolsTab"));
     auto *outer = new QHBoxLayout(this);
@@ -226,7 +229,7 @@ ToolsTab::ToolsTab(Tarnwick1 &w, QWidget *parent) : QWidget(parent), w_(w)
     connect(OptApplyBtn, &QPushButton::clicked, this, [this] { OptApplyBtnClick(); });
     connect(OptCancelBtn, &QPushButton::clicked, this, [this] { OptCancelBtnClick(); });
     connect(OptHelpBtn, &QPushButton::clicked, this,
-            [this] { w_.OnToolClick(QStringLiteral("ID_mnuHelpTableofContents")); });
+            [this] { w_.OnToolClick(tool::mnuHelpTableofContents); });
     showPage(0);
 }
 
@@ -260,8 +263,8 @@ void ToolsTab::ReadColors()
 void ToolsTab::ShowOptions()
 {
     const OptionSettings &o = G.Options;
-    Text4[0]->setText(twoDecimals(o.ThumbCellHeight / (w_.ThumbScaleY / 15)));
-    Text4[1]->setText(twoDecimals(o.ThumbCellWidth / (w_.ThumbScaleX / 15)));
+    Text4[0]->setText(twoDecimals(o.ThumbCellHeight / (w_.state().ThumbScaleY / 15)));
+    Text4[1]->setText(twoDecimals(o.ThumbCellWidth / (w_.state().ThumbScaleX / 15)));
     Text4[2]->setText(plainNumber(o.InitialSearchLimit));
     Text4[3]->setText(plainNumber(o.NextSearchLimit));
     CHKBOLD->setChecked(o.BoldFonts);
@@ -289,8 +292,8 @@ void ToolsTab::ShowOptions()
 void ToolsTab::ReadOptions()
 {
     OptionSettings &o = G.Options;
-    o.ThumbCellHeight = std::trunc(Val(Text4[0]->text()) * (w_.ThumbScaleY / 15));
-    o.ThumbCellWidth = std::trunc(Val(Text4[1]->text()) * (w_.ThumbScaleX / 15));
+    o.ThumbCellHeight = std::trunc(Val(Text4[0]->text()) * (w_.state().ThumbScaleY / 15));
+    o.ThumbCellWidth = std::trunc(Val(Text4[1]->text()) * (w_.state().ThumbScaleX / 15));
     o.InitialSearchLimit = std::trunc(Val(Text4[2]->text()));
     o.NextSearchLimit = static_cast<int32_t>(std::trunc(Val(Text4[3]->text())));
     o.BoldFonts = CHKBOLD->isChecked();
@@ -312,7 +315,7 @@ void ToolsTab::ReadOptions()
 bool ToolsTab::ValidateOptions()
 {
     auto fail = [this](const QString &msg, QLineEdit *focus) {
-        inform(msg, AppTitle, &w_);
+        inform(msg, AppTitle, w_.window());
         if (w_.selectedTab() == 8) focus->setFocus();
         return false;
     };
@@ -336,11 +339,11 @@ void ToolsTab::OptApplyBtnClick()
     // options are refused.
     ReadColors();
     const StoreResult sc = SaveColors(G.Colors, G.ProgramDir);
-    if (!sc.ok) inform(sc.message, AppTitle, &w_);
+    if (!sc.ok) inform(sc.message, AppTitle, w_.window());
     if (ValidateOptions()) {
         ReadOptions();
         const StoreResult so = SaveOptions(G.Options, G.ProgramDir);
-        if (!so.ok) inform(so.message, AppTitle, &w_);
+        if (!so.ok) inform(so.message, AppTitle, w_.window());
         w_.ApplyColors();
     }
     repaintEntries();

@@ -13,12 +13,12 @@ class QScrollBar;
 
 namespace tw {
 
-class Tarnwick1;
+class PageHost;
 
 class ToolsTab : public QWidget {
     Q_OBJECT
 public:
-    explicit ToolsTab(Tarnwick1 &w, QWidget *parent);
+    explicit ToolsTab(PageHost &w, QWidget *parent);
 
     void ShowColors();
     void ReadColors();
@@ -52,7 +52,7 @@ private:
     void chooseColor(int box);
     uint32_t boxColor(int box) const;
     void setBoxColor(int box, uint32_t c);
-    Tarnwick1 &w_;
+    PageHost &w_;
     uint32_t boxColors_[28] = {};
 };
 

@@ -1,7 +1,5 @@
 #include "browse/browse_module.h"
 
-#include "app/tarnwick1.h"
-#include "app/tool_manager.h"
 #include "browse/find_dialog.h"
 #include "browse/shell_list.h"
 #include "browse/shell_tree.h"
@@ -11,8 +9,14 @@
 #include "core/globals.h"
 #include "core/prompt.h"
 #include "core/scenario_hooks.h"
+#include "core/context_help.h"
+#include "core/looks.h"
+#include "core/tool_ids.h"
+#include "core/tool_manager.h"
 
 #include <QKeyEvent>
+#include <QMainWindow>
+#include <QVBoxLayout>
 #include <QSplitter>
 #include <QTabBar>
 #include <QTabWidget>
@@ -24,12 +28,12 @@ namespace tw {
 class BrowseModule::Host : public browse::SearchHost {
 public:
     explicit Host(BrowseModule &m) : m_(m) {}
-    void inform(const QString &text, const QString &title) override { tw::inform(text, title, &m_.w_); }
-    bool askYesNo(const QString &text) override { return tw::askYesNo(text, AppTitle, &m_.w_); }
+    void inform(const QString &text, const QString &title) override { tw::inform(text, title, m_.host_.window()); }
+    bool askYesNo(const QString &text) override { return tw::askYesNo(text, AppTitle, m_.host_.window()); }
     void setListPattern(const QString &pattern) override { m_.PTxShList1->setPattern(pattern); }
     void setListFolder(const QString &path) override { m_.PTxShList1->setFolder(path); }
     QString treeFolderPath() override { return m_.PTxShTree1->folderPath(); }
-    void setTitle(const QString &title) override { m_.w_.setTitle(title); }
+    void setTitle(const QString &title) override { m_.host_.setTitle(title); }
     void yieldEvents() override
     {
         m_.PTxShTree1->flushView();
@@ -45,29 +49,25 @@ public:
     }
     void showFindDialog() override
     {
-        FindFle1 dlg(m_.Search, &m_.w_);
+        FindFle1 dlg(m_.Search, m_.host_.window());
         dlg.setPointerBusy = [this](bool on) { setPointerBusy(on); };
         dlg.onClosed = [this] {
-            const bool was = G.SuppressToolCommand;
-            G.SuppressToolCommand = true;
-            m_.w_.ToolBarComp1->setChecked(QStringLiteral("ID_Find"), false);
-            G.SuppressToolCommand = was;
+            SuppressTools quiet;
+            m_.host_.tools().setChecked(tool::Find, false);
         };
         // Help opens on the topic of finding files, as F1 in this dialog does.
-        dlg.onHelp = [this] { m_.w_.showHelpTopic(QStringLiteral("finding")); };
+        dlg.onHelp = [this] { m_.host_.showHelpTopic(QStringLiteral("finding")); };
         dlg.exec();
     }
-    void refreshWindow() override { m_.w_.repaint(); }
-    void enableFindNext() override { m_.w_.ToolBarComp1->setEnabled(QStringLiteral("ID_FindNext"), true); }
+    void refreshWindow() override { m_.host_.window()->repaint(); }
+    void enableFindNext() override { m_.host_.tools().setEnabled(tool::FindNext, true); }
     void markFilterRow(int row) override
     {
         if (row < 0 || row >= FilterSlots) return;
         const QString id = Cat.FilterNames[size_t(row)];
-        if (id.isEmpty() || !m_.w_.ToolBarComp1->has(id)) return;
-        const bool was = G.SuppressToolCommand;
-        G.SuppressToolCommand = true;
-        m_.w_.ToolBarComp1->setChecked(id, true);
-        G.SuppressToolCommand = was;
+        if (id.isEmpty() || !m_.host_.tools().has(id)) return;
+        SuppressTools quiet;
+        m_.host_.tools().setChecked(id, true);
     }
     bool thumbLoadStopped() override { return m_.ThumbLoadStopped && m_.ThumbLoadStopped(); }
     bool thumbnailMode() override { return m_.thumbnailMode(); }
@@ -83,19 +83,30 @@ private:
     bool busy_ = false;
 };
 
-BrowseModule::BrowseModule(Tarnwick1 &w, QSplitter *splitter1) : QObject(&w), w_(w)
+BrowseModule::BrowseModule(PageHost &host) : TabPage(host, 1)
 {
-    PTxShTree1 = new ShellTree(splitter1);
-    PTxShList1 = new ShellList(splitter1);
-    splitter1->addWidget(PTxShTree1);
-    splitter1->addWidget(PTxShList1);
+    setObjectName(QStringLiteral("BrowseModule"));
+}
+
+void BrowseModule::build(QWidget *panel)
+{
+    auto *lay = new QVBoxLayout(panel);
+    lay->setContentsMargins(2, 2, 2, 2);
+    Splitter1 = new QSplitter(Qt::Horizontal, panel);
+    Splitter1->setObjectName(QStringLiteral("Splitter1"));
+    lay->addWidget(Splitter1);
+    setHelpTopic(panel, QStringLiteral("finding"));
+    PTxShTree1 = new ShellTree(Splitter1);
+    PTxShList1 = new ShellList(Splitter1);
+    Splitter1->addWidget(PTxShTree1);
+    Splitter1->addWidget(PTxShList1);
     PTxShTree1->setRoots(browse::ShellTreeModel::platformRoots());
     // The tree drives the list, and the list's own moves take the tree along.
     PTxShTree1->setLinkedList(PTxShList1);
     PTxShList1->setLinkedTree(PTxShTree1);
 
-    host_ = std::make_unique<Host>(*this);
-    engine_ = std::make_unique<browse::SearchEngine>(Search, *PTxShTree1->nodes(), File1, *host_);
+    walkHost_ = std::make_unique<Host>(*this);
+    engine_ = std::make_unique<browse::SearchEngine>(Search, *PTxShTree1->nodes(), File1, *walkHost_);
 
     connect(PTxShTree1, &ShellTree::folderChanged, this, &BrowseModule::onTreeFolderChanged);
     connect(PTxShTree1, &ShellTree::escapePressed, this, &BrowseModule::escapePressed);
@@ -106,45 +117,81 @@ BrowseModule::BrowseModule(Tarnwick1 &w, QSplitter *splitter1) : QObject(&w), w_
     connect(PTxShList1, &ShellList::itemDoubleClicked, this, [this](const QString &) { onListDoubleClicked(); });
 
     // Escape reaches the walk from the main form, its tabs and its tool bars as well.
-    w_.installEventFilter(this);
-    if (w_.TabStrip1) {
-        w_.TabStrip1->installEventFilter(this);
-        w_.TabStrip1->tabBar()->installEventFilter(this);
+    QMainWindow *w = host_.window();
+    w->installEventFilter(this);
+    if (auto *tabs = w->findChild<QTabWidget *>(QStringLiteral("TabStrip1"))) {
+        tabs->installEventFilter(this);
+        tabs->tabBar()->installEventFilter(this);
     }
-    if (w_.ToolBarComp1)
-        for (int pos = 1; pos <= 7; ++pos)
-            if (QToolBar *bar = w_.ToolBarComp1->toolbar(pos)) bar->installEventFilter(this);
-
-    // The search variables, readable by name from a scenario.
-    registerScenarioVariables(QStringLiteral("browse"),
-                              [this](const QString &name, QString *out) { return variableText(name, out); });
+    for (int pos = 1; pos <= 7; ++pos)
+        if (QToolBar *bar = host_.tools().toolbar(pos)) bar->installEventFilter(this);
+    // The splitter takes its place once the window has its size.
+    Splitter1->installEventFilter(this);
 }
 
-BrowseModule::~BrowseModule() { unregisterScenarioVariables(QStringLiteral("browse")); }
-
-QStringList BrowseModule::ownedTools()
+void BrowseModule::startUp()
 {
-    return {QStringLiteral("ID_Find"),         QStringLiteral("ID_FindNext"),
-            QStringLiteral("ID_mnuFindFiles"), QStringLiteral("ID_mnuFindNextFolderwithFiles"),
-            QStringLiteral("ID_Collapse"),     QStringLiteral("ID_mnuCollapseExplorerTreeList"),
-            QStringLiteral("ID_UpFolder"),     QStringLiteral("ID_LargeIcons"),
-            QStringLiteral("ID_SmallIcons"),   QStringLiteral("ID_ListIcons"),
-            QStringLiteral("ID_Details"),      QStringLiteral("ID_ViewBtn"),
-            QStringLiteral("ID_mnuViewDropDownMenu")};
+    ensureBuilt();
+    // 11. The splitter of the Find tab.
+    placeSplitter();
+    // 17. The list's view and its tool.
+    const int m = int(G.Options.ListViewMode);
+    setListViewMode(m);
+    static const QLatin1String viewTools[4] = {tool::LargeIcons, tool::SmallIcons, tool::ListIcons, tool::Details};
+    SuppressTools quiet;
+    if (m >= 0 && m <= 3) host_.tools().press(viewTools[m]);
 }
 
-bool BrowseModule::onToolClick(const QString &id)
+void BrowseModule::placeSplitter()
 {
-    if (id == QLatin1String("ID_Find") || id == QLatin1String("ID_mnuFindFiles")) FindFileRoutine();
-    else if (id == QLatin1String("ID_FindNext") || id == QLatin1String("ID_mnuFindNextFolderwithFiles")) FindNext();
-    else if (id == QLatin1String("ID_Collapse") || id == QLatin1String("ID_mnuCollapseExplorerTreeList")) CollapseTree();
-    else if (id == QLatin1String("ID_UpFolder")) GoUpFolder();
-    else if (id == QLatin1String("ID_LargeIcons")) setViewStyle(0);
-    else if (id == QLatin1String("ID_SmallIcons")) setViewStyle(1);
-    else if (id == QLatin1String("ID_ListIcons")) setViewStyle(2);
-    else if (id == QLatin1String("ID_Details")) setViewStyle(3);
-    else if (id == QLatin1String("ID_ViewBtn")) w_.ToolBarComp1->dropDown(id);
-    else if (id == QLatin1String("ID_mnuViewDropDownMenu")) {
+    if (!Splitter1) return;
+    const int total = qMax(1, Splitter1->width() > 50 ? Splitter1->width() : host_.window()->width() - 8);
+    const int first = total * G.Options.SplitterPercent / 100;
+    Splitter1->setSizes({first, qMax(0, total - first)});
+}
+
+void BrowseModule::entering() { host_.tools().setToolbarVisible(2, true); }
+
+QString BrowseModule::tabTitle() const
+{
+    const QString f = focusedItemPath();
+    return f.isEmpty() ? AppTitle : f + QStringLiteral(" - ") + AppTitle;
+}
+
+void BrowseModule::entered()
+{
+    if (PTxShList1) PTxShList1->setFocus();
+}
+
+void BrowseModule::shutDown()
+{
+    // 4. The folder of the list.
+    if (G.Options.SaveLastFolder) G.Options.LastFolder = listFolder();
+}
+
+BrowseModule::~BrowseModule() = default;
+
+QStringList BrowseModule::handledTools() const
+{
+    return {tool::Find,       tool::FindNext,   tool::mnuFindFiles, tool::mnuFindNextFolderwithFiles,
+            tool::Collapse,   tool::mnuCollapseExplorerTreeList,    tool::UpFolder,
+            tool::LargeIcons, tool::SmallIcons, tool::ListIcons,    tool::Details,
+            tool::ViewBtn,    tool::mnuViewDropDownMenu};
+}
+
+bool BrowseModule::toolClick(const QString &id)
+{
+    ensureBuilt();
+    if (id == tool::Find || id == tool::mnuFindFiles) FindFileRoutine();
+    else if (id == tool::FindNext || id == tool::mnuFindNextFolderwithFiles) FindNext();
+    else if (id == tool::Collapse || id == tool::mnuCollapseExplorerTreeList) CollapseTree();
+    else if (id == tool::UpFolder) GoUpFolder();
+    else if (id == tool::LargeIcons) setViewStyle(0);
+    else if (id == tool::SmallIcons) setViewStyle(1);
+    else if (id == tool::ListIcons) setViewStyle(2);
+    else if (id == tool::Details) setViewStyle(3);
+    else if (id == tool::ViewBtn) host_.tools().dropDown(id);
+    else if (id == tool::mnuViewDropDownMenu) {
         // The pop-up list itself; its entries are the four view tools.
     } else return false;
     return true;
@@ -156,6 +203,11 @@ void BrowseModule::escapePressed() { engine_->escapePressed(); }
 
 bool BrowseModule::variableText(const QString &name, QString *out) const
 {
+    if (name == QLatin1String("SplitterSizes") && Splitter1) {
+        const QList<int> sizes = Splitter1->sizes();
+        *out = QString::number(sizes.value(0)) + u' ' + QString::number(sizes.value(1));
+        return true;
+    }
     if (name == QLatin1String("ThumbnailMode")) {
         *out = thumbnailMode() ? QStringLiteral("true") : QStringLiteral("false");
         return true;
@@ -209,8 +261,8 @@ void BrowseModule::onTreeFolderChanged()
     const int idx = PTxShTree1->selectedIndex();
     if (idx >= 0) Search.CurrentSearchNode = idx;
     const browse::TreeNode *sel = PTxShTree1->selectedNode();
-    if (PTxShTree1->folderPath().trimmed().isEmpty() || !sel) w_.setTitle(AppTitle);
-    else w_.setTitle(sel->name + QStringLiteral(" - ") + AppTitle);
+    if (PTxShTree1->folderPath().trimmed().isEmpty() || !sel) host_.setTitle(AppTitle);
+    else host_.setTitle(sel->name + QStringLiteral(" - ") + AppTitle);
     findSelectedNode();
 }
 
@@ -221,34 +273,39 @@ void BrowseModule::onListItemSelected(bool withItem)
     if (first < 0) return;  // no item: the routine's error exit
     G.SelectedFile = PTxShList1->itemPath(first).trimmed();
     G.CurrentExt = GetFileExt(G.SelectedFile);
-    w_.SetFileCommands(false);
+    host_.SetFileCommands(false);
     if (G.CurrentExt.trimmed().isEmpty()) {
         G.SelectedFile.clear();
         return;
     }
     for (int row = 0; row < FileExtCount; ++row)
         if (Cat.FileExtTable[size_t(row)] == G.CurrentExt) {
-            w_.SetFileCommands(true);
+            host_.SetFileCommands(true);
             break;
         }
 }
 
 void BrowseModule::onListContentsChanged()
 {
-    if (!w_.StartingUp) w_.LoadFolderPictures();
+    if (!host_.state().StartingUp)
+        if (PictureSide *pictures = host_.pictures()) pictures->LoadFolderPictures();
     if (thumbnailMode() && LoadThumbnails) LoadThumbnails();
 }
 
 void BrowseModule::onListDoubleClicked()
 {
     G.CurrentPage = 1;
-    w_.ShowExplorerItem();
+    host_.ShowExplorerItem();
     const QString folder = PTxShList1->folder();
-    w_.setTitle(folder.trimmed().isEmpty() ? AppTitle : folder + QStringLiteral(" - ") + AppTitle);
+    host_.setTitle(folder.trimmed().isEmpty() ? AppTitle : folder + QStringLiteral(" - ") + AppTitle);
 }
 
 bool BrowseModule::eventFilter(QObject *o, QEvent *e)
 {
+    if (o == Splitter1 && e->type() == QEvent::Show && !splitterPlaced_) {
+        splitterPlaced_ = true;
+        placeSplitter();
+    }
     if (e->type() == QEvent::KeyPress && static_cast<QKeyEvent *>(e)->key() == Qt::Key_Escape)
         escapePressed();
     return QObject::eventFilter(o, e);
@@ -256,7 +313,9 @@ bool BrowseModule::eventFilter(QObject *o, QEvent *e)
 
 void BrowseModule::applyColors()
 {
+    if (!built()) return;
     const ColorSettings &c = G.Colors;
+    paintWidget(Splitter1, c.ListBack, c.ListText);
     const QPalette base = PTxShTree1->palette();
     const QColor back = toQColor(c.ListBack, base), text = toQColor(c.ListText, base);
     QPalette p = base;
@@ -265,11 +324,25 @@ void BrowseModule::applyColors()
     PTxShList1->setColors(back, text);
 }
 
-QString BrowseModule::listFolder() const { return PTxShList1->folder(); }
-void BrowseModule::setListFolder(const QString &path) { PTxShList1->setFolder(path); }
-void BrowseModule::setListPattern(const QString &pattern) { PTxShList1->setPattern(pattern); }
-void BrowseModule::setListViewMode(int mode) { PTxShList1->setViewMode(mode); }
-QString BrowseModule::focusedItemPath() const { return PTxShList1->focusedItemPath(); }
-QStringList BrowseModule::listItemPaths() const { return PTxShList1->itemPaths(); }
+QString BrowseModule::listFolder() const { return PTxShList1 ? PTxShList1->folder() : QString(); }
+void BrowseModule::setListFolder(const QString &path)
+{
+    ensureBuilt();
+    PTxShList1->setFolder(path);
+}
+void BrowseModule::setListPattern(const QString &pattern)
+{
+    ensureBuilt();
+    PTxShList1->setPattern(pattern);
+}
+void BrowseModule::setListViewMode(int mode)
+{
+    ensureBuilt();
+    PTxShList1->setViewMode(mode);
+}
+QString BrowseModule::focusedItemPath() const { return PTxShList1 ? PTxShList1->focusedItemPath() : QString(); }
+QStringList BrowseModule::listItemPaths() const { return PTxShList1 ? PTxShList1->itemPaths() : QStringList(); }
+
+TW_REGISTER_PAGE(1, BrowseModule);
 
 }  // namespace tw

@@ -1,9 +1,10 @@
-// The Find tab's side of the main window: the folder tree PTxShTree1, the file list
-// PTxShList1, the search walk and the Find dialog.
+// The Find tab's page: the folder tree PTxShTree1 and the file list PTxShList1 in Splitter1,
+// the search walk and the Find dialog. It lends the explorer side to the window.
 #pragma once
 
 #include "browse/dir_scan.h"
 #include "browse/search_engine.h"
+#include "core/tab_page.h"
 
 #include <QObject>
 #include <QString>
@@ -15,30 +16,37 @@ class QSplitter;
 
 namespace tw {
 
-class Tarnwick1;
 class ShellTree;
 class ShellList;
 
-class BrowseModule : public QObject {
+class BrowseModule : public QObject, public TabPage, public ExplorerSide {
     Q_OBJECT
 public:
-    // Creates PTxShTree1 and PTxShList1 as the two panes of Splitter1 and links them.
-    BrowseModule(Tarnwick1 &w, QSplitter *splitter1);
+    explicit BrowseModule(PageHost &host);
     ~BrowseModule() override;
 
-    // Tools this module owns; true when the identifier was one of them.
-    bool onToolClick(const QString &id);
-    static QStringList ownedTools();
-    void applyColors();
+    // --- The page ---
+    void startUp() override;
+    void entering() override;
+    QString tabTitle() const override;
+    void entered() override;
+    QStringList handledTools() const override;
+    bool toolClick(const QString &id) override;
+    void applyColors() override;
+    void shutDown() override;
+    bool variableText(const QString &name, QString *out) const override;
 
-    // What the main window needs of the list.
-    QString listFolder() const;
-    void setListFolder(const QString &path);
-    void setListPattern(const QString &pattern);
+    // --- The explorer side ---
+    QString listFolder() const override;
+    void setListFolder(const QString &path) override;
+    void setListPattern(const QString &pattern) override;
     void setListViewMode(int mode);  // 0 large icons, 1 small icons, 2 list, 3 details
-    QString focusedItemPath() const;
-    QStringList listItemPaths() const;  // display order
+    QString focusedItemPath() const override;
+    QStringList listItemPaths() const override;  // display order
+    // Splitter1 at SplitterPercent of the tab's width.
+    void placeSplitter();
 
+    QSplitter *Splitter1 = nullptr;
     ShellTree *PTxShTree1 = nullptr;
     ShellList *PTxShList1 = nullptr;
 
@@ -56,10 +64,6 @@ public:
     // Escape in the main form, the tabs, the tree, the list or the tool bars.
     void escapePressed();
 
-    // Text of a search variable by name (SearchPattern, CurrentSearchNode, ...), for the
-    // scenario runner; false when the name is not one of this module's.
-    bool variableText(const QString &name, QString *out) const;
-
     // The thumbnail side plugs in here: whether thumbnails replace the list, whether a
     // thumbnail load was stopped, and its routines. Unset hooks mean "no thumbnails".
     std::function<bool()> ThumbnailMode;
@@ -69,6 +73,7 @@ public:
     std::function<void()> ClearThumbnailFolder;
 
 protected:
+    void build(QWidget *panel) override;
     bool eventFilter(QObject *o, QEvent *e) override;
 
 private:
@@ -80,8 +85,8 @@ private:
     void onListDoubleClicked();
     bool thumbnailMode() const { return ThumbnailMode && ThumbnailMode(); }
 
-    Tarnwick1 &w_;
-    std::unique_ptr<Host> host_;
+    std::unique_ptr<Host> walkHost_;
+    bool splitterPlaced_ = false;
     std::unique_ptr<browse::SearchEngine> engine_;
 };
 

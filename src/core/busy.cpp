@@ -3,11 +3,15 @@
 #include <QCoreApplication>
 #include <QCursor>
 #include <QGuiApplication>
+#include <QPointer>
+#include <QWidget>
 
 namespace tw {
 
 namespace {
 int g_depth = 0;
+int g_hourglass = 0;
+QPointer<QWidget> g_window;
 }
 
 int busyDepth() { return g_depth; }
@@ -16,17 +20,22 @@ BusyScope::~BusyScope() { --g_depth; }
 
 void yieldEvents() { QCoreApplication::processEvents(QEventLoop::AllEvents); }
 
+void setHourglassWindow(QWidget *w)
+{
+    g_window = w;
+    g_hourglass = 0;
+}
+
 void showHourglass()
 {
-    if (qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
-        QGuiApplication::setOverrideCursor(QCursor(Qt::WaitCursor));
+    if (!g_window) return;
+    if (g_hourglass++ == 0) g_window->setCursor(Qt::WaitCursor);
 }
 
 void hideHourglass()
 {
-    if (qobject_cast<QGuiApplication *>(QCoreApplication::instance())
-        && QGuiApplication::overrideCursor())
-        QGuiApplication::restoreOverrideCursor();
+    if (!g_window || g_hourglass == 0) return;
+    if (--g_hourglass == 0) g_window->unsetCursor();
 }
 
 }  // namespace tw

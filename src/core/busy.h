@@ -3,6 +3,8 @@
 // statement of the scenario runner waits for it unless a modal window opened over it.
 #pragma once
 
+class QWidget;
+
 namespace tw {
 
 int busyDepth();
@@ -18,7 +20,9 @@ public:
 // Lets the event loop run once (painting, keys, timers) from inside a long walk.
 void yieldEvents();
 
-// The hourglass: a busy pointer over the whole program, stacked.
+// The hourglass: a busy pointer over the main window only (the dialogs a command opens keep
+// their own pointer), stacked.
+void setHourglassWindow(QWidget *w);
 void showHourglass();
 void hideHourglass();
 

@@ -91,6 +91,19 @@ struct Globals {
 // The one instance, like the module of public variables it stands for.
 extern Globals G;
 
+// Raises SuppressToolCommand for as long as it lives and then puts back the value it had,
+// so that a routine that sets tools from code inside another keeps it on for its caller.
+class SuppressTools {
+public:
+    SuppressTools() : was_(G.SuppressToolCommand) { G.SuppressToolCommand = true; }
+    ~SuppressTools() { G.SuppressToolCommand = was_; }
+    SuppressTools(const SuppressTools &) = delete;
+    SuppressTools &operator=(const SuppressTools &) = delete;
+
+private:
+    bool was_;
+};
+
 // Text form of a shared variable by its name (strings as they are, numbers in plain
 // decimal, booleans "true"/"false"); false when the name is unknown.
 bool globalVariableText(const QString &name, QString *out);

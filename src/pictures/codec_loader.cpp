@@ -18,16 +18,14 @@ std::once_flag g_once;
 
 QStringList candidates()
 {
+    // Beside the program: the build's lib/ folder, or where the installation put it.
     QStringList c;
-    const QString env = qEnvironmentVariable("TW_CODEC_MODULE");
-    if (!env.isEmpty()) c << env;
     const QString exe = QCoreApplication::instance() ? QCoreApplication::applicationDirPath()
                                                      : QString();
     if (!exe.isEmpty()) {
         c << exe + QStringLiteral("/../lib/libtw_codecs.so")
-          << exe + QStringLiteral("/../lib/tarnwick/libtw_codecs.so");
+          << exe + QStringLiteral("/" TW_CODEC_MODULE_FROM_BIN "/libtw_codecs.so");
     }
-    c << QStringLiteral(TW_CODEC_MODULE_BUILT);
     return c;
 }
 

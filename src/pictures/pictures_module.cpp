@@ -1,7 +1,10 @@
 #include "pictures/pictures_module.h"
 
-#include "app/tarnwick1.h"
-#include "app/tool_manager.h"
+#include "core/catalogue.h"
+#include "core/context_help.h"
+#include "core/looks.h"
+#include "core/tool_ids.h"
+#include "core/tool_manager.h"
 #include "core/colors.h"
 #include "core/globals.h"
 #include "core/prompt.h"
@@ -14,6 +17,9 @@
 #include <QFrame>
 #include <QLabel>
 #include <QListWidget>
+#include <QMainWindow>
+#include <QMouseEvent>
+#include <QPushButton>
 #include <QTime>
 #include <QVBoxLayout>
 #include <cmath>
@@ -22,13 +28,13 @@ namespace tw {
 
 namespace {
 
-const QString kViewNormal = QStringLiteral("ID_ViewNormal");
-const QString kViewStretch = QStringLiteral("ID_ViewStretch");
-const QString kViewSnap = QStringLiteral("ID_ViewSnap");
-const QString kViewFit = QStringLiteral("ID_ViewFitImage");
-const QString kViewZoom = QStringLiteral("ID_ViewZoom");
-const QString kViewMagnify = QStringLiteral("ID_ViewMagnify");
-const QString kViewPan = QStringLiteral("ID_ViewPan");
+const QString kViewNormal = tool::ViewNormal;
+const QString kViewStretch = tool::ViewStretch;
+const QString kViewSnap = tool::ViewSnap;
+const QString kViewFit = tool::ViewFitImage;
+const QString kViewZoom = tool::ViewZoom;
+const QString kViewMagnify = tool::ViewMagnify;
+const QString kViewPan = tool::ViewPan;
 
 constexpr int kTwips = ImagingControl::TwipsPerPixel;
 
@@ -36,8 +42,27 @@ QString boolText(bool v) { return v ? QStringLiteral("true") : QStringLiteral("f
 
 }  // namespace
 
-PicturesModule::PicturesModule(Tarnwick1 &w, QFrame *pictureFrame) : QObject(&w), w_(w), frame_(pictureFrame) {
+PicturesModule::PicturesModule(PageHost &host) : TabPage(host, 2) {
     setObjectName(QStringLiteral("PicturesModule"));
+    registerRoutines();
+}
+
+QMainWindow &PicturesModule::win() const { return *host_.window(); }
+
+void PicturesModule::build(QWidget *panel) {
+    // The picture panel Frame1(0) fills the tab; the picture history List3 stays out of sight.
+    auto *p2 = new QVBoxLayout(panel);
+    p2->setContentsMargins(0, 0, 0, 0);
+    QFrame *pictureFrame = new QFrame(panel);
+    pictureFrame->setObjectName(QStringLiteral("Frame1_0"));
+    pictureFrame->setAutoFillBackground(true);
+    p2->addWidget(pictureFrame);
+    frame_ = pictureFrame;
+    setHelpTopic(panel, QStringLiteral("pictures"));
+    List3 = new QListWidget(panel);
+    List3->setObjectName(QStringLiteral("List3"));
+    List3->hide();
+
     Image1 = new ImagingControl(pictureFrame);
     Image1->setObjectName(QStringLiteral("Image1"));
     Image1->move(0, 0);
@@ -64,6 +89,17 @@ PicturesModule::PicturesModule(Tarnwick1 &w, QFrame *pictureFrame) : QObject(&w)
     Frame5->setGeometry(20, 20, 360, 80);
     Frame5->hide();
 
+    // The button over the picture that goes back to the tab before; it can be dragged.
+    ToggleBtn = new QPushButton(pictureFrame);
+    ToggleBtn->setObjectName(QStringLiteral("ToggleBtn"));
+    ToggleBtn->setToolTip(QStringLiteral("Go Back to Previous Tab"));
+    ToggleBtn->setIcon(QIcon(G.ProgramDir + QStringLiteral("/BMPS/ThumbToggle.Bmp")));
+    ToggleBtn->setFixedSize(24, 24);
+    ToggleBtn->move(4, 4);
+    ToggleBtn->installEventFilter(this);
+    ToggleBtn->raise();
+    connect(ToggleBtn, &QPushButton::clicked, this, [this] { host_.BackToPreviousTab(); });
+
     connect(Image1, &ImagingControl::clicked, this, &PicturesModule::Image1_Click);
     connect(Image1, &ImagingControl::doubleClicked, this, &PicturesModule::Image1_DblClick);
     connect(Image1, &ImagingControl::keyDown, this, &PicturesModule::Image1_KeyDown);
@@ -72,8 +108,9 @@ PicturesModule::PicturesModule(Tarnwick1 &w, QFrame *pictureFrame) : QObject(&w)
     connect(Image1, &ImagingControl::readyStateChanged, this, &PicturesModule::Image1_ReadyStateChange);
     connect(Image1, &ImagingControl::loadFinished, this, &PicturesModule::FinishInternetPicture);
 
-    registerScenarioVariables(QStringLiteral("Pictures"),
-                              [this](const QString &n, QString *out) { return variableText(n, out); });
+}
+
+void PicturesModule::registerRoutines() {
     auto noArgs = [](std::function<void()> f) {
         return [f](const QStringList &) {
             f();
@@ -110,7 +147,7 @@ PicturesModule::PicturesModule(Tarnwick1 &w, QFrame *pictureFrame) : QObject(&w)
     });
 }
 
-PicturesModule::~PicturesModule() { unregisterScenarioVariables(QStringLiteral("Pictures")); }
+PicturesModule::~PicturesModule() = default;
 
 double PicturesModule::secondsNow() const {
     if (Clock) return Clock();
@@ -123,21 +160,21 @@ void PicturesModule::setTool(const QString &id, bool on) {
     // last set here or by the user's press of that tool; the check mark that an option
     // group moves off a tool when another of the group is pressed does not count, so a
     // pan window still open when the glass is pressed is closed through its tool.
-    const bool was = toolState_.contains(id) ? toolState_.value(id) : w_.ToolBarComp1->isChecked(id);
+    const bool was = toolState_.contains(id) ? toolState_.value(id) : host_.tools().isChecked(id);
     toolState_.insert(id, on);
     if (was == on && !G.SuppressToolCommand) {
         G.SuppressToolCommand = true;
-        w_.ToolBarComp1->setChecked(id, on);
+        host_.tools().setChecked(id, on);
         G.SuppressToolCommand = false;
         return;
     }
-    w_.ToolBarComp1->setChecked(id, on);
+    host_.tools().setChecked(id, on);
 }
 
 void PicturesModule::setFormPointer(int pointer) {
-    if (pointer == ImagingControl::PointerHourglass) w_.setCursor(Qt::WaitCursor);
-    else w_.unsetCursor();
-    w_.setProperty("MousePointer", pointer);
+    if (pointer == ImagingControl::PointerHourglass) win().setCursor(Qt::WaitCursor);
+    else win().unsetCursor();
+    win().setProperty("MousePointer", pointer);
 }
 
 void PicturesModule::setPointers(int pointer) {
@@ -145,18 +182,20 @@ void PicturesModule::setPointers(int pointer) {
     Image1->setMousePointer(pointer);
 }
 
-QStringList PicturesModule::ownedTools() {
-    return {kViewNormal, kViewStretch, kViewSnap, kViewFit, kViewZoom, kViewMagnify, kViewPan,
-            QStringLiteral("ID_mnuImageReset"), QStringLiteral("ID_mnuCopy"),
-            QStringLiteral("ID_mnuRemoveRed-Eye"), QStringLiteral("ID_mnuBrightness"),
-            QStringLiteral("ID_mnuContrast"), QStringLiteral("ID_Resize"),
-            QStringLiteral("ID_mnuImageViewDropDown")};
+QStringList PicturesModule::handledTools() const {
+    return {kViewNormal,          kViewStretch,       kViewSnap,         kViewFit,
+            kViewZoom,            kViewMagnify,       kViewPan,          tool::mnuImageReset,
+            tool::mnuCopy,        tool::mnuRemoveRed_Eye, tool::mnuBrightness, tool::mnuContrast,
+            tool::Resize,         tool::mnuImageViewDropDown, tool::EditImage, tool::EditColors,
+            tool::PrintImage};
 }
 
 bool PicturesModule::pictureWithoutFile() const { return AcquiredPicture && Image1->bitsPerPixel() > 0; }
 
 void PicturesModule::applyColors() {
+    if (!built()) return;
     const ColorSettings &c = G.Colors;
+    paintWidget(List3, c.ListBack, c.ListText);
     QPalette pal = Text5->palette();
     paintPalette(pal, c.PictureBack, c.PictureText);
     Text5->setPalette(pal);
@@ -166,6 +205,20 @@ void PicturesModule::applyColors() {
 }
 
 bool PicturesModule::variableText(const QString &n, QString *out) const {
+    if (n == QLatin1String("PictureChanged")) {
+        *out = boolText(PictureChanged);
+        return true;
+    }
+    if (n == QLatin1String("PictureResized")) {
+        *out = boolText(PictureResized);
+        return true;
+    }
+    if (n == QLatin1String("ToggleBtnLeft") || n == QLatin1String("ToggleBtnTop")) {
+        if (!ToggleBtn) return false;
+        *out = QString::number(n.endsWith(QLatin1String("Left")) ? ToggleBtn->x() : ToggleBtn->y());
+        return true;
+    }
+    if (!Image1) return false;  // the picture side is made on first need
     if (n == QLatin1String("AcquiredPicture")) *out = boolText(AcquiredPicture);
     else if (n == QLatin1String("FetchStart")) *out = QString::number(FetchStart);
     else if (n == QLatin1String("FetchPending")) *out = boolText(FetchPending);
@@ -189,7 +242,7 @@ bool PicturesModule::variableText(const QString &n, QString *out) const {
     else if (n == QLatin1String("Image1_AnimationLoop")) *out = boolText(Image1->animationLoop());
     else if (n == QLatin1String("Image1_DragPan")) *out = boolText(Image1->dragPan());
     else if (n == QLatin1String("Image1_MousePointer")) *out = QString::number(Image1->mousePointer());
-    else if (n == QLatin1String("Form_MousePointer")) *out = QString::number(w_.property("MousePointer").toInt());
+    else if (n == QLatin1String("Form_MousePointer")) *out = QString::number(win().property("MousePointer").toInt());
     else if (n == QLatin1String("Image1_BackColor")) *out = QString::number(Image1->backColor());
     else if (n == QLatin1String("Image1_Frames")) *out = QString::number(Image1->picture().frames.size());
     else if (n == QLatin1String("Image1_RegionMarking")) *out = QString::number(Image1->regionMarking());
@@ -208,8 +261,8 @@ bool PicturesModule::variableText(const QString &n, QString *out) const {
     else if (n == QLatin1String("PanWindow_Left")) *out = QString::number(Image1->panWindowProps().left);
     else if (n == QLatin1String("PanWindow_Top")) *out = QString::number(Image1->panWindowProps().top);
     else if (n == QLatin1String("PanWindow_Caption")) *out = Image1->panWindowProps().caption;
-    else if (n == QLatin1String("FormWidth")) *out = QString::number(w_.width());
-    else if (n == QLatin1String("FormHeight")) *out = QString::number(w_.height());
+    else if (n == QLatin1String("FormWidth")) *out = QString::number(win().width());
+    else if (n == QLatin1String("FormHeight")) *out = QString::number(win().height());
     else if (n == QLatin1String("CurrentPage")) *out = QString::number(G.CurrentPage);
     else return false;
     return true;
@@ -218,15 +271,11 @@ bool PicturesModule::variableText(const QString &n, QString *out) const {
 // ---------------------------------------------------------------- loading
 
 void PicturesModule::LoadImage(const QString &path) {
+    ensureBuilt();
     // 1. The save guard: the prompt names the picture on show; No or a failed save go on.
-    if (w_.PictureChanged) {
-        if (askYesNo(QStringLiteral("Do you want to Save the Current Picture - ") + G.CurrentFile +
-                         QStringLiteral(" ? "),
-                     AppTitle, &w_))
-            w_.SaveFileAs(G.CurrentFile);
-    }
+    offerToSavePicture();
     // 2.
-    w_.PictureChanged = false;
+    PictureChanged = false;
     AcquiredPicture = false;
     G.InternetPictureLoaded = false;
 
@@ -241,7 +290,7 @@ void PicturesModule::LoadImage(const QString &path) {
         if (!ReadyEventSeen) FetchPending = true;
         ReadyEventSeen = false;
         Image1->hide();
-        if (G.Options.AutoPicture) w_.selectTab(2);
+        if (G.Options.AutoPicture) host_.selectTab(2);
         LastPicturePath = path;
         return;
     }
@@ -264,13 +313,13 @@ void PicturesModule::LoadImage(const QString &path) {
     G.CurrentFile = path;
     LastPicturePath = path;
     if (!IsInViewList(path)) {
-        w_.List3->addItem(path);
-        w_.List3->setCurrentRow(w_.List3->count() - 1);
+        List3->addItem(path);
+        List3->setCurrentRow(List3->count() - 1);
     }
     G.SelectedFile = path;
-    QListWidgetItem *current = w_.List3->currentItem();
+    QListWidgetItem *current = List3->currentItem();
     const QString currentPath = current ? current->text() : QString();
-    if (!currentPath.isEmpty()) w_.AddViewMenuItem(currentPath);
+    if (!currentPath.isEmpty()) host_.AddViewMenuItem(currentPath);
     G.SuppressToolCommand = true;
     if (!currentPath.isEmpty()) setTool(currentPath, true);
     setTool(kViewFit, false);
@@ -279,12 +328,12 @@ void PicturesModule::LoadImage(const QString &path) {
     setTool(kViewZoom, false);
     setTool(kViewNormal, true);
     G.SuppressToolCommand = false;
-    if (!w_.StartingUp && G.Options.AutoPicture) w_.selectTab(2);
+    if (!host_.state().StartingUp && G.Options.AutoPicture) host_.selectTab(2);
 }
 
 bool PicturesModule::IsInViewList(const QString &path) const {
-    for (int i = 0; i < w_.List3->count(); ++i)
-        if (w_.List3->item(i)->text() == path) return true;
+    for (int i = 0; i < List3->count(); ++i)
+        if (List3->item(i)->text() == path) return true;
     return false;
 }
 
@@ -312,7 +361,7 @@ void PicturesModule::ResetPicture() {
 }
 
 void PicturesModule::ResizeImage() {
-    if (w_.StartingUp) return;
+    if (host_.state().StartingUp) return;
     Image1->setScaleUnit(ImagingControl::UnitTwips);
     const double H = frame_->height() * kTwips;
     const double W = frame_->width() * kTwips;
@@ -339,13 +388,13 @@ void PicturesModule::Image1_ReadyStateChange(int state) {
         Image1->setMousePointer(0);
         Image1->show();
         setFormPointer(0);
-        w_.PictureChanged = true;
+        PictureChanged = true;
         FetchPending = false;
         FetchStart = int32_t(std::lround(secondsNow()));
         break;
     case ImagingControl::ReadyUninitialised:
     case ImagingControl::ReadyInteractive:
-        inform(QStringLiteral("Error Loading Picture"), AppTitle, &w_);
+        inform(QStringLiteral("Error Loading Picture"), AppTitle, host_.window());
         break;
     case ImagingControl::ReadyLoading:
         FetchPending = true;
@@ -369,27 +418,130 @@ void PicturesModule::CheckInternetPicture() {
     if (!FetchPending) return;
     if (!(secondsNow() - FetchStart > 90)) return;
     if (Image1->readyState() == ImagingControl::ReadyLoading) return;
-    inform(QStringLiteral("Picture Not found on the Internet"), AppTitle, &w_);
+    inform(QStringLiteral("Picture Not found on the Internet"), AppTitle, host_.window());
     // The remote file list forgets the address.
     if (RemoveRemoteAddress) RemoveRemoteAddress(Image1->sourceAddress().trimmed());
     Frame5->hide();
     setPointers(0);
     FetchPending = false;
-    w_.PictureChanged = false;
+    PictureChanged = false;
+}
+
+void PicturesModule::entering() {
+    onEnterPicturesTab();
+    if (!G.CurrentFile.trimmed().isEmpty()) G.SelectedFile = G.CurrentFile;
+    host_.tools().setToolbarVisible(3, true);
+    if (List3->currentRow() >= 0) host_.tools().press(List3->currentItem()->text());
+    // Last: a remote picture still owed its verdict.
+    CheckInternetPicture();
+}
+
+QString PicturesModule::tabTitle() const { return G.SelectedFile + QStringLiteral(" - ") + AppTitle; }
+
+void PicturesModule::entered() {
+    if (Image1 && Image1->isVisible()) Image1->setFocus();
+}
+
+void PicturesModule::layout() {
+    if (built() && host_.selectedTab() == 2) ResizeImage();
+}
+
+void PicturesModule::shutDown() {
+    // 2. A changed picture is offered for saving (the window asks this before the settings).
+}
+
+bool PicturesModule::pictureChanged() const { return PictureChanged; }
+
+void PicturesModule::offerToSavePicture() {
+    if (!PictureChanged) return;
+    if (askYesNo(QStringLiteral("Do you want to Save the Current Picture - ") + G.CurrentFile +
+                     QStringLiteral(" ? "),
+                 AppTitle, host_.window()))
+        SaveFileAs(G.CurrentFile);
+}
+
+bool PicturesModule::SaveFileAs(const QString &path) {
+    // Picture saving arrives with its own feature.
+    Q_UNUSED(path);
+    return false;
+}
+
+void PicturesModule::LoadFolderPictures() {
+    ensureBuilt();
+    if (List3->count() != 0) return;
+    ExplorerSide *ex = host_.explorer();
+    if (!ex) return;
+    for (const QString &p : ex->listItemPaths()) {
+        if (p.trimmed().isEmpty() || host_.FileMissing(p)) continue;
+        if (IsPictureExt(GetFileExt(p))) List3->addItem(p);
+    }
+    if (List3->count() > 0) {
+        List3->setCurrentRow(0);
+        LoadImage(List3->item(0)->text());
+    }
+}
+
+QWidget *PicturesModule::pictureWidget() const { return Image1; }
+
+QListWidget *PicturesModule::history() { return List3; }
+
+void PicturesModule::addLoaders(FileLoaders &loaders) {
+    loaders.set(LoaderKind::Image, [this](const QString &path) { LoadImage(path); });
+}
+
+bool PicturesModule::eventFilter(QObject *o, QEvent *e) {
+    if (o != ToggleBtn) return QObject::eventFilter(o, e);
+    const double now = QTime::currentTime().msecsSinceStartOfDay() / 1000.0;
+    switch (e->type()) {
+    case QEvent::MouseButtonPress:
+        if (static_cast<QMouseEvent *>(e)->button() == Qt::LeftButton) toggleDrag_.mouseDown(now);
+        break;
+    case QEvent::MouseMove:
+        if (toggleDrag_.dragging()) return true;
+        if (toggleDrag_.mouseMove(now)) {
+            ToggleBtn->setCursor(Qt::ClosedHandCursor);
+            return true;
+        }
+        break;
+    case QEvent::MouseButtonRelease:
+        if (toggleDrag_.dragging()) {
+            auto *me = static_cast<QMouseEvent *>(e);
+            const QPoint global = ToggleBtn->mapToGlobal(me->position().toPoint());
+            const bool over = Image1 && Image1->isVisible() && Image1->rect().contains(Image1->mapFromGlobal(global));
+            const QPoint inFrame = frame_->mapFromGlobal(global);
+            if (toggleDrag_.drop(over)) ToggleBtn->move(inFrame);
+            ToggleBtn->unsetCursor();
+            ToggleBtn->setDown(false);
+            return true;  // a drag is no click
+        }
+        toggleDrag_.mouseUp();
+        break;
+    default:
+        break;
+    }
+    return QObject::eventFilter(o, e);
 }
 
 void PicturesModule::onEnterPicturesTab() {
-    const int rows = w_.List3->count();
+    const int rows = List3->count();
     if (rows == 0 && !pictureWithoutFile()) Image1->hide();
     if (rows > 0 && !G.FromInternet) Image1->show();
 }
 
 // ---------------------------------------------------------------- view commands
 
-bool PicturesModule::onToolClick(const QString &id) {
+bool PicturesModule::toolClick(const QString &id) {
+    if (id == tool::EditImage || id == tool::EditColors || id == tool::PrintImage) {
+        // The save prompt comes first, then the file under edit is the picture list's row;
+        // the editors and the print window open from here when they are part of the build.
+        offerToSavePicture();
+        if (List3 && List3->currentItem()) G.EditedFile = List3->currentItem()->text();
+        return true;
+    }
+    if (!built()) return false;
     if (id == kViewNormal || id == kViewStretch || id == kViewFit || id == kViewSnap || id == kViewZoom ||
         id == kViewMagnify || id == kViewPan)
-        toolState_.insert(id, w_.ToolBarComp1->isChecked(id));
+        toolState_.insert(id, host_.tools().isChecked(id));
     if (id == kViewNormal) ViewNormal();
     else if (id == kViewStretch) ViewStretch();
     else if (id == kViewFit) ViewFit();
@@ -397,14 +549,14 @@ bool PicturesModule::onToolClick(const QString &id) {
     else if (id == kViewZoom) ViewZoom();
     else if (id == kViewMagnify) ToggleMagnify();
     else if (id == kViewPan) ViewPan();
-    else if (id == QLatin1String("ID_mnuRemoveRed-Eye")) RemoveRedEye();
-    else if (id == QLatin1String("ID_mnuBrightness")) AdjustBrightness();
-    else if (id == QLatin1String("ID_mnuContrast")) AdjustContrast();
-    else if (id == QLatin1String("ID_mnuImageReset")) ImageReset();
-    else if (id == QLatin1String("ID_Resize")) ResizePicture();
-    else if (id == QLatin1String("ID_mnuCopy")) {
+    else if (id == tool::mnuRemoveRed_Eye) RemoveRedEye();
+    else if (id == tool::mnuBrightness) AdjustBrightness();
+    else if (id == tool::mnuContrast) AdjustContrast();
+    else if (id == tool::mnuImageReset) ImageReset();
+    else if (id == tool::Resize) ResizePicture();
+    else if (id == tool::mnuCopy) {
         // The picture half of Copy; the text half belongs to the documents tab.
-        if (w_.selectedTab() != 2) return false;
+        if (host_.selectedTab() != 2) return false;
         CopyPicture();
     } else return false;
     return true;
@@ -418,7 +570,7 @@ void PicturesModule::stopGlassQuietly() {
 }
 
 void PicturesModule::ViewNormal() {
-    if (w_.isMinimized()) return;
+    if (win().isMinimized()) return;
     Image1->setSizeMode(ImagingControl::SizeNormal);
     StretchOn = false;
     ResizeImage();
@@ -462,22 +614,22 @@ void PicturesModule::ViewSnap() {
 }
 
 void PicturesModule::SnapWindow() {
-    if (w_.isMinimized() || w_.isMaximized() || w_.isFullScreen()) return;
+    if (win().isMinimized() || win().isMaximized() || win().isFullScreen()) return;
     // Twips: the outer window is the inner area plus its frame; the new outer size holds
     // the bitmap in the inner area. Tool bars and tabs are not allowed for.
     const double t = kTwips;
-    const QRect outer = w_.frameGeometry();
+    const QRect outer = win().frameGeometry();
     const double windowW = outer.width() * t, windowH = outer.height() * t;
-    const double newW = std::round(Image1->pixelWidth() * t + (windowW - w_.width() * t));
-    const double newH = std::round(Image1->pixelHeight() * t + (windowH - w_.height() * t));
-    const int frameW = outer.width() - w_.width(), frameH = outer.height() - w_.height();
-    w_.resize(std::max(1, int(std::lround(newW / t)) - frameW), std::max(1, int(std::lround(newH / t)) - frameH));
+    const double newW = std::round(Image1->pixelWidth() * t + (windowW - win().width() * t));
+    const double newH = std::round(Image1->pixelHeight() * t + (windowH - win().height() * t));
+    const int frameW = outer.width() - win().width(), frameH = outer.height() - win().height();
+    win().resize(std::max(1, int(std::lround(newW / t)) - frameW), std::max(1, int(std::lround(newH / t)) - frameH));
 }
 
 // ---------------------------------------------------------------- zoom
 
 void PicturesModule::ViewZoom() {
-    NewValue1 dlg(&w_);
+    NewValue1 dlg(host_.window());
     ZoomValue = Image1->zoomPercent();
     bool showResize = false;
     const int16_t start = ZoomValue > 0 ? int16_t(std::min(ZoomValue, 32767)) : int16_t(100);
@@ -497,17 +649,17 @@ void PicturesModule::Image1_KeyDown(int keyCode, int) {
     if (ZoomValue < 1) ZoomValue = 1;
     Image1->setZoomPercent(ZoomValue);
     const double tx = kTwips, ty = kTwips;
-    const double iw = w_.width(), ih = w_.height();  // inner area, pixels
+    const double iw = win().width(), ih = win().height();  // inner area, pixels
     const double pw = Image1->pixelWidth(), ph = Image1->pixelHeight();
     // The zoomed picture against the inner area, both in twips; the window grows to hold
     // it and never shrinks here.
     if (ZoomValue * ph / 100.0 * ty > ih * ty || ZoomValue * pw / 100.0 * tx > iw * tx) {
-        const QRect outer = w_.frameGeometry();
+        const QRect outer = win().frameGeometry();
         const double newW = ZoomValue * (pw * tx) / 100.0 + (outer.width() * tx - iw * tx);
         const double newH = ZoomValue * (ph * ty) / 100.0 + (outer.height() * ty - ih * ty);
-        const int frameW = outer.width() - w_.width(), frameH = outer.height() - w_.height();
+        const int frameW = outer.width() - win().width(), frameH = outer.height() - win().height();
         const double wpx = std::min(newW / tx - frameW, 1.0e6), hpx = std::min(newH / ty - frameH, 1.0e6);
-        w_.resize(std::max(1, int(wpx)), std::max(1, int(hpx)));
+        win().resize(std::max(1, int(wpx)), std::max(1, int(hpx)));
     }
     ResizeImage();
 }
@@ -553,11 +705,11 @@ void PicturesModule::ViewPan() {
         setTool(kViewPan, true);
         G.SuppressToolCommand = false;
         ImagingControl::PanWindowProps &p = Image1->panWindowProps();
-        p.left = w_.x() + 100;
-        p.top = w_.x() + 100;  // the window's left edge, not its top: as designed
+        p.left = win().x() + 100;
+        p.top = win().x() + 100;  // the window's left edge, not its top: as designed
         p.width = 150;
         p.height = 200;
-        p.icon = w_.windowIcon();
+        p.icon = win().windowIcon();
         p.caption = QStringLiteral("Pan Window");
         p.rectColor = 255;
         p.systemMenu = true;
@@ -591,7 +743,7 @@ void PicturesModule::Image1_DblClick() {
     if (G.FromInternet) {
         FinishInternetPicture();
     } else if (Image1->mousePointer() == ImagingControl::PointerHourglass ||
-               w_.property("MousePointer").toInt() == ImagingControl::PointerHourglass) {
+               win().property("MousePointer").toInt() == ImagingControl::PointerHourglass) {
         setPointers(0);
     }
     if (MagnifyOn) {
@@ -604,7 +756,7 @@ void PicturesModule::Image1_DblClick() {
 }
 
 void PicturesModule::Image1_MouseUp(int button) {
-    const bool togglingDrag = w_.togglingDrag();  // a drag of the toggle button holds the mouse
+    const bool togglingDrag = toggleDrag_.dragging();  // a drag of the toggle button holds the mouse
     if (button == 2 && MagnifyOn && !togglingDrag) ToggleMagnify();
     if (button == 2 && Image1->mousePointer() == ImagingControl::PointerCross && !togglingDrag)
         Image1->setMousePointer(0);
@@ -618,7 +770,7 @@ void PicturesModule::Image1_Click() {
     Image1->setRegionFillStyle(0);
     Image1->freeRegion();
     Image1->setDragPan(true);
-    w_.PictureChanged = true;
+    PictureChanged = true;
     RedEyePending = false;
 }
 
@@ -637,46 +789,46 @@ void PicturesModule::StartRegionMark() {
 }
 
 void PicturesModule::mnuColorFill_Click() {
-    QColorDialog dlg(Qt::white, &w_);
+    QColorDialog dlg(Qt::white, host_.window());
     dlg.setObjectName(QStringLiteral("ColorDialog"));
     dlg.setWindowTitle(QStringLiteral("Fill Color"));
     dlg.setOption(QColorDialog::DontUseNativeDialog, true);
     if (dlg.exec() != QDialog::Accepted) return;  // a cancel ends here, nothing filled
     Image1->fillRegion(fromQColor(dlg.selectedColor()));
-    w_.PictureChanged = true;
+    PictureChanged = true;
 }
 
 // ---------------------------------------------------------------- brightness, contrast
 
 void PicturesModule::AdjustBrightness() {
-    PictureAdjustDialog dlg(&w_);
+    PictureAdjustDialog dlg(host_.window());
     dlg.setBold(G.Options.BoldFonts);
     dlg.Result = 0;
     dlg.setFlags(0x40000002);
     dlg.setPicture(Image1->image());
-    const bool accepted = dlg.showFor(&w_);
+    const bool accepted = dlg.showFor(host_.window());
     dlg.setPicture(QImage());
     if (!accepted) return;  // a cancel leaves the picture and PictureChanged alone
     Image1->changeBrightness(dlg.Result);
-    w_.PictureChanged = true;
+    PictureChanged = true;
 }
 
 void PicturesModule::AdjustContrast() {
-    PictureAdjustDialog dlg(&w_);
+    PictureAdjustDialog dlg(host_.window());
     dlg.Result = 0;
     dlg.setFlags(0x40000004);
     dlg.setPicture(Image1->image());
-    const bool accepted = dlg.showFor(&w_);
+    const bool accepted = dlg.showFor(host_.window());
     dlg.setPicture(QImage());
     if (!accepted) return;
     Image1->changeContrast(dlg.Result);
-    w_.PictureChanged = true;
+    PictureChanged = true;
 }
 
 // ---------------------------------------------------------------- resize, reset, copy
 
 void PicturesModule::ResizePicture() {
-    NewSize1 dlg(&w_);
+    NewSize1 dlg(host_.window());
     if (Image1->hasRegion()) {
         // The dialog shows the marked region's size; nothing changes, even on OK.
         dlg.Setup(3, *Image1);
@@ -694,9 +846,9 @@ void PicturesModule::ResizePicture() {
     if (!accepted) return;
     const int flags = resample ? 2 : 0;
     Image1->resizeBitmap(width, height, flags);
-    w_.PictureChanged = true;
-    w_.PictureResized = true;
-    if (!w_.isMinimized()) Image1->setSizeMode(ImagingControl::SizeNormal);
+    PictureChanged = true;
+    PictureResized = true;
+    if (!win().isMinimized()) Image1->setSizeMode(ImagingControl::SizeNormal);
     SnapWindow();
     ResizeImage();
 }
@@ -710,4 +862,8 @@ void PicturesModule::CopyPicture() {
     if (Image1->bitsPerPixel() > 0) Image1->copyToClipboard(14);
 }
 
+}  // namespace tw
+
+namespace tw {
+TW_REGISTER_PAGE(2, PicturesModule);
 }  // namespace tw

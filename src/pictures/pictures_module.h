@@ -1,6 +1,11 @@
-// The picture tab's side of the main window: Image1 and Image2, the picture loader, the
-// view modes, zoom, magnifier, pan and the picture commands.
+// The Pictures tab's page: Image1 and Image2 in the picture panel Frame1(0), the picture
+// history List3, the button over the picture, the picture loader, the view modes, zoom,
+// magnifier, pan and the picture commands. It lends the picture side to the window.
 #pragma once
+
+#include "core/loaders.h"
+#include "core/tab_page.h"
+#include "core/toggle_drag.h"
 
 #include <QHash>
 #include <QObject>
@@ -10,31 +15,48 @@
 
 class QFrame;
 class QLabel;
+class QListWidget;
+class QMainWindow;
+class QPushButton;
 
 namespace tw {
 
-class Tarnwick1;
 class ImagingControl;
 
-class PicturesModule : public QObject {
+class PicturesModule : public QObject, public TabPage, public PictureSide {
     Q_OBJECT
 public:
-    // Creates Image1 (shown) and Image2 (the untouched copy, hidden) in the picture panel.
-    PicturesModule(Tarnwick1 &w, QFrame *pictureFrame);
+    explicit PicturesModule(PageHost &host);
     ~PicturesModule() override;
+
+    // --- The page ---
+    void entering() override;
+    QString tabTitle() const override;
+    void entered() override;
+    void layout() override;
+    QStringList handledTools() const override;
+    bool toolClick(const QString &id) override;
+    void applyColors() override;
+    void shutDown() override;
+    void addLoaders(FileLoaders &loaders) override;
+    QListWidget *history() override;
+    bool variableText(const QString &name, QString *out) const override;
+
+    // --- The picture side ---
+    bool pictureChanged() const override;
+    void offerToSavePicture() override;
+    void LoadFolderPictures() override;
+    QWidget *pictureWidget() const override;
+    // Picture saving; false when not saved.
+    bool SaveFileAs(const QString &path);
 
     void LoadImage(const QString &path);
     void ResetPicture();
     void ResizeImage();
-    // Tools this module owns; true when the identifier was one of them.
-    bool onToolClick(const QString &id);
     // Entering the Pictures tab: show or hide Image1, finish a pending remote picture.
     void onEnterPicturesTab();
     // A pasted or acquired picture is on show without a file.
     bool pictureWithoutFile() const;
-    // The identifiers of the tools this module makes work.
-    static QStringList ownedTools();
-    void applyColors();
 
     // --- Routines of the picture side, public as the other windows call them ---
     void FinishInternetPicture();
@@ -65,15 +87,17 @@ public:
     void Image1_MouseUp(int button);
     void Image1_ReadyStateChange(int state);
 
-    // Text form of a variable of this side for the scenario runner; false if unknown.
-    bool variableText(const QString &name, QString *out) const;
 
+    QListWidget *List3 = nullptr;  // pictures seen, walk order
+    QPushButton *ToggleBtn = nullptr;
     ImagingControl *Image1 = nullptr;
     ImagingControl *Image2 = nullptr;
     QFrame *Frame5 = nullptr;   // "Loading File on the Internet ..." over the picture
     QLabel *Text5 = nullptr;    // the small box past the picture's lower right corner
 
     // --- State of the picture side, kept for the whole run ---
+    bool PictureChanged = false;
+    bool PictureResized = false;
     bool AcquiredPicture = false;
     int32_t FetchStart = 0;
     bool FetchPending = false;
@@ -92,14 +116,20 @@ public:
     // Seconds since midnight; tests replace it to stand at a chosen time.
     std::function<double()> Clock;
 
+protected:
+    void build(QWidget *panel) override;
+    bool eventFilter(QObject *o, QEvent *e) override;
+
 private:
+    void registerRoutines();
+    QMainWindow &win() const;
     void setTool(const QString &id, bool on);
     void setPointers(int pointer);   // the form's and Image1's
     void setFormPointer(int pointer);
     void stopGlassQuietly();
     double secondsNow() const;
-    Tarnwick1 &w_;
-    QFrame *frame_;
+    QFrame *frame_ = nullptr;
+    ToggleDrag toggleDrag_;
     QHash<QString, bool> toolState_;  // each view tool's own state, see setTool
 };
 

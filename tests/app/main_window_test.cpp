@@ -1,7 +1,7 @@
 // Window tests of the main window: the tool click rule, the timer, the hold-to-drag button.
 #include "common/main_window_fixture.h"
 #include "app/tarnwick1.h"
-#include "app/tool_manager.h"
+#include "core/tool_manager.h"
 #include "app/tools_tab.h"
 #include "core/options_store.h"
 #include "core/tool_table.h"
@@ -99,14 +99,18 @@ private slots:
         QVERIFY(w->ToolBarComp1->caption(QStringLiteral("ID_Date")).isEmpty());
         // On tab 8 the labels 6 and 7 of the Tools tab take them.
         w->selectTab(8);
-        w->Tools->Label2[6]->clear();
+        QLabel *toolsDate = w->findChild<QLabel *>(QStringLiteral("Label2_6"));
+        QVERIFY(toolsDate);
+        toolsDate->clear();
         w->runTimer();
-        QVERIFY(!w->Tools->Label2[6]->text().isEmpty());
+        QVERIFY(!toolsDate->text().isEmpty());
         QVERIFY(w->ToolBarComp1->caption(QStringLiteral("ID_Date")).isEmpty());
         // On tab 5 the tools and the slide labels both take them.
         w->selectTab(5);
         w->runTimer();
-        QVERIFY(!w->SlideClock[0]->text().isEmpty());
+        QLabel *slideDate = w->findChild<QLabel *>(QStringLiteral("Label2_8"));
+        QVERIFY(slideDate);
+        QVERIFY(!slideDate->text().isEmpty());
         QVERIFY(!w->ToolBarComp1->caption(QStringLiteral("ID_Date")).isEmpty());
         QVERIFY(w->Timer1->isActive());
         QCOMPARE(w->Timer1->interval(), 900);
@@ -132,9 +136,11 @@ private slots:
 
     void thumbnailSizesShowInCentimetres()
     {
-        const QString h = w->Tools->Text4[0]->text();
-        QCOMPARE(h, QString::number(115 / (w->ThumbScaleY / 15), 'f', 2));
-        QVERIFY(qAbs(w->ThumbScaleX - 1.4 * 544.26 * w->ScreenRatioX) < 1e-9);
+        w->selectTab(8);
+        QLineEdit *height = w->findChild<QLineEdit *>(QStringLiteral("Text4_0"));
+        QVERIFY(height);
+        QCOMPARE(height->text(), QString::number(115 / (w->State.ThumbScaleY / 15), 'f', 2));
+        QVERIFY(qAbs(w->State.ThumbScaleX - 1.4 * 544.26 * w->State.ScreenRatioX) < 1e-9);
     }
 };
 

@@ -2,7 +2,7 @@
 // places that see it, and a double click on a file deleted behind the list's back.
 #include "common/main_window_fixture.h"
 #include "app/tarnwick1.h"
-#include "app/tool_manager.h"
+#include "core/tool_manager.h"
 #include "browse/browse_module.h"
 #include "browse/shell_list.h"
 #include "browse/shell_tree.h"
@@ -22,6 +22,7 @@ using namespace tw;
 class ExplorerWindowTest : public QObject {
     Q_OBJECT
     Tarnwick1 *w = nullptr;
+    tw::BrowseModule *browse() const { return static_cast<tw::BrowseModule *>(w->page(1)); }
 
 private slots:
     void init() { w = twtest::startMainWindow(); }
@@ -33,8 +34,8 @@ private slots:
 
     void escapeInEachOfTheFivePlacesCancels()
     {
-        QList<QWidget *> places = {w, w->TabStrip1->tabBar(), w->Browse->PTxShTree1,
-                                   w->Browse->PTxShList1->currentView()};
+        QList<QWidget *> places = {w, w->TabStrip1->tabBar(), browse()->PTxShTree1,
+                                   browse()->PTxShList1->currentView()};
         for (int pos = 2; pos <= 7; ++pos)
             if (QToolBar *bar = w->ToolBarComp1->toolbar(pos)) {
                 places << bar;
@@ -42,15 +43,15 @@ private slots:
             }
         QCOMPARE(places.size(), 5);
         for (QWidget *place : places) {
-            w->Browse->Search.SearchConfirmed = true;
-            w->Browse->Search.SearchCancelled = false;
+            browse()->Search.SearchConfirmed = true;
+            browse()->Search.SearchCancelled = false;
             QTest::keyClick(place, Qt::Key_Escape);
-            QVERIFY2(w->Browse->Search.SearchCancelled, qPrintable(place->objectName()));
-            QVERIFY(!w->Browse->Search.SearchConfirmed);
+            QVERIFY2(browse()->Search.SearchCancelled, qPrintable(place->objectName()));
+            QVERIFY(!browse()->Search.SearchConfirmed);
             // A second Escape does nothing until a search routine has set the flag again.
-            w->Browse->Search.SearchCancelled = false;
+            browse()->Search.SearchCancelled = false;
             QTest::keyClick(place, Qt::Key_Escape);
-            QVERIFY(!w->Browse->Search.SearchCancelled);
+            QVERIFY(!browse()->Search.SearchCancelled);
         }
     }
 
@@ -62,13 +63,13 @@ private slots:
         QVERIFY(f.open(QIODevice::WriteOnly));
         f.write("x");
         f.close();
-        QVERIFY(w->Browse->PTxShTree1->selectPath(dir));
+        QVERIFY(browse()->PTxShTree1->selectPath(dir));
         QCOMPARE(w->title(), QStringLiteral("docs - Tarnwick 2.0"));
-        QVERIFY(w->Browse->PTxShList1->listModel()->findName(QStringLiteral("gone.txt")) >= 0);
+        QVERIFY(browse()->PTxShList1->listModel()->findName(QStringLiteral("gone.txt")) >= 0);
         G.CurrentPage = 3;
         // Removed by another program; the list has not heard of it yet.
         QVERIFY(QFile::remove(f.fileName()));
-        QVERIFY(w->Browse->PTxShList1->doubleClickItem(QStringLiteral("gone.txt")));
+        QVERIFY(browse()->PTxShList1->doubleClickItem(QStringLiteral("gone.txt")));
         QCOMPARE(w->selectedTab(), 1);
         QCOMPARE(G.CurrentPage, 1);
         QCOMPARE(w->title(), dir + QStringLiteral(" - Tarnwick 2.0"));

@@ -4,7 +4,7 @@
 // window's place, and the view list's tool state.
 #include "test_picture.h"
 #include "app/tarnwick1.h"
-#include "app/tool_manager.h"
+#include "core/tool_manager.h"
 #include "core/globals.h"
 #include "core/options_store.h"
 #include "pictures/imaging_control.h"
@@ -45,8 +45,8 @@ class PictureWindowTest : public QObject {
     QTemporaryDir dir_;
 
     int formPointer() const { return w->property("MousePointer").toInt(); }
-    bool frame5Shown() const { return P->Frame5->isVisibleTo(w->Frame1[0]); }
-    bool image1Shown() const { return P->Image1->isVisibleTo(w->Frame1[0]); }
+    bool frame5Shown() const { return P->Frame5->isVisibleTo(P->Image1->parentWidget()); }
+    bool image1Shown() const { return P->Image1->isVisibleTo(P->Image1->parentWidget()); }
 
 private slots:
     void init() {
@@ -61,13 +61,14 @@ private slots:
         w = new Tarnwick1(QString());
         w->show();
         w->activated();
-        P = w->Pictures;
+        P = static_cast<PicturesModule *>(w->page(2));
+        P->ensureBuilt();
         QVERIFY(P);
-        QVERIFY(!w->StartingUp);
+        QVERIFY(!w->State.StartingUp);
     }
     void cleanup() {
         G.FromInternet = false;
-        w->PictureChanged = false;
+        P->PictureChanged = false;
         delete w;
         w = nullptr;
     }
@@ -96,7 +97,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!G.FromInternet, 8000);
         QCOMPARE(P->Image1->readyState(), 4);
         QCOMPARE(P->FetchPending, false);
-        QCOMPARE(w->PictureChanged, true);
+        QCOMPARE(P->PictureChanged, true);
         QCOMPARE(G.InternetPictureLoaded, true);
         QCOMPARE(G.SelectedFile, url);
         QVERIFY(!frame5Shown());
@@ -118,7 +119,7 @@ private slots:
         QCOMPARE(formPointer(), 0);
         QCOMPARE(P->Image1->mousePointer(), 0);
         QCOMPARE(P->FetchPending, false);
-        QCOMPARE(w->PictureChanged, true);
+        QCOMPARE(P->PictureChanged, true);
         QVERIFY(!frame5Shown());
         QVERIFY(image1Shown());
         QCOMPARE(P->ReadyEventSeen, true);
@@ -144,7 +145,7 @@ private slots:
     // A bitmap exactly 600 twips short of the panel's height fits; one pixel more does not.
     void resizeTestIsStrict() {
         w->selectTab(2);
-        QFrame *f = w->Frame1[0];
+        QWidget *f = P->Image1->parentWidget();
         const int fh = f->height(), fw = f->width();
         QVERIFY(fh > 100 && fw > 100);
         const int shrunkH = int(std::lround((fh * 15.0 - 100) / 15.0));
@@ -207,13 +208,13 @@ private slots:
         QVERIFY(testPicture(30, 10).save(b));
         w->DisplayFile(a);
         w->DisplayFile(b);
-        QCOMPARE(w->List3->currentRow(), 1);
+        QCOMPARE(P->List3->currentRow(), 1);
         QVERIFY(w->ToolBarComp1->isChecked(b));
         w->DisplayFile(a);
         QCOMPARE(G.CurrentFile, a);
         QCOMPARE(P->Image1->pixelWidth(), 20);
-        QCOMPARE(w->List3->count(), 2);
-        QCOMPARE(w->List3->currentRow(), 1);
+        QCOMPARE(P->List3->count(), 2);
+        QCOMPARE(P->List3->currentRow(), 1);
         QVERIFY(w->ToolBarComp1->isChecked(b));
         QCOMPARE(G.SuppressToolCommand, false);
     }

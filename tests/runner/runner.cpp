@@ -3,7 +3,7 @@
 #include "script.h"
 
 #include "app/tarnwick1.h"
-#include "app/tool_manager.h"
+#include "core/tool_manager.h"
 #include "core/busy.h"
 #include "core/globals.h"
 #include "core/scenario_access.h"

@@ -1,0 +1,68 @@
+#include "tab_page.h"
+
+#include "globals.h"
+
+#include <QWidget>
+#include <array>
+
+namespace tw {
+
+namespace {
+const char *const kTabKeys[TabCount + 1] = {"",          "Find",      "Pictures", "Videos", "Music",
+                                            "Slide",     "Documents", "Internet", "Tools"};
+const char *const kTabCaptions[TabCount + 1] = {"",           "Find and Open", "Pictures",
+                                                "Videos",     "Music",         "Slide Show",
+                                                "Documents",  "Internet",      "Tools"};
+const char *const kTabTips[TabCount + 1] = {"",
+                                            "Find and Open Files",
+                                            "View Selected Pictures",
+                                            "Play Selected Videos",
+                                            "Play Selected Music Files",
+                                            "Set up and Run Slide Show",
+                                            "View Selected Text and Documents",
+                                            "Surf the Internet",
+                                            "Set up Program Options and Colors"};
+
+std::array<PageFactory, TabCount + 1> &factories()
+{
+    static std::array<PageFactory, TabCount + 1> f;
+    return f;
+}
+
+bool validIndex(int index) { return index >= 1 && index <= TabCount; }
+}  // namespace
+
+QString tabKey(int index) { return validIndex(index) ? QString::fromLatin1(kTabKeys[index]) : QString(); }
+QString tabCaption(int index)
+{
+    return validIndex(index) ? QString::fromLatin1(kTabCaptions[index]) : QString();
+}
+QString tabToolTip(int index) { return validIndex(index) ? QString::fromLatin1(kTabTips[index]) : QString(); }
+
+int tabIndexOfKey(const QString &key)
+{
+    for (int i = 1; i <= TabCount; ++i)
+        if (key == QLatin1String(kTabKeys[i])) return i;
+    return 0;
+}
+
+TabPage::~TabPage() = default;
+
+void TabPage::ensureBuilt()
+{
+    if (built_ || !panel_) return;
+    built_ = true;
+    build(panel_);
+    host_.pageBuilt(this);
+}
+
+QString TabPage::tabTitle() const { return AppTitle; }
+
+PageRegistration::PageRegistration(int index, PageFactory make)
+{
+    if (validIndex(index)) factories()[size_t(index)] = std::move(make);
+}
+
+PageFactory pageFactory(int index) { return validIndex(index) ? factories()[size_t(index)] : PageFactory(); }
+
+}  // namespace tw
