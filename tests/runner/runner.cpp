@@ -822,7 +822,12 @@ private:
             if (!d) return Outcome::retry(QStringLiteral("no file dialog appeared"));
             if (t[1] == QLatin1String("cancel") && !st.quoted[1]) d->reject();
             else {
-                d->selectFile(arg(1));
+                // The user types the whole path into the name box (selectFile leaves a box
+                // that has the focus alone) and presses the dialog's button.
+                if (auto *name = d->findChild<QLineEdit *>(QStringLiteral("fileNameEdit")))
+                    name->setText(arg(1));
+                else
+                    d->selectFile(arg(1));
                 QMetaObject::invokeMethod(d, "accept", Qt::DirectConnection);
             }
             return Outcome::done();
@@ -1036,6 +1041,7 @@ private:
             const int seen[4] = {g.x() * 15, g.y() * 15, g.width() * 15, g.height() * 15};
             bool off = false;
             for (int k = 0; k < 4; ++k) {
+                if (t[3 + k] == QLatin1String("*") && !st.quoted[3 + k]) continue;  // not checked
                 bool ok = false;
                 const int want = arg(3 + k).toInt(&ok);
                 if (!ok) return Outcome::fail(QStringLiteral("not a number of twips: ") + arg(3 + k));
