@@ -618,9 +618,9 @@ private:
                 QAction *a = tools()->action(arg(1));
                 if (!a || !a->isEnabled())
                     return Outcome::fail(QStringLiteral("%1 is grey: a click cannot make it %2").arg(arg(1), t[2]));
+                // No check afterwards: a tool that opens a modal window is pressed only while
+                // the window is open, and the window has come and gone when the click returns.
                 a->trigger();
-                if (tools()->isChecked(arg(1)) != want)
-                    return Outcome::fail(QStringLiteral("a click leaves %1 as it was").arg(arg(1)));
                 return Outcome::done();
             }
             QString err;
