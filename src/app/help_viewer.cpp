@@ -59,6 +59,7 @@ HelpViewer::HelpViewer(const QString &helpDir, QWidget *parent) : QWidget(parent
 
     auto *split = new QSplitter(this);
     side_ = new QTabWidget(split);
+    engine_->contentWidget()->setObjectName(QStringLiteral("HelpContents"));
     side_->addTab(engine_->contentWidget(), QStringLiteral("Contents"));
     side_->addTab(engine_->indexWidget(), QStringLiteral("Index"));
     auto *search = new QWidget(side_);

@@ -6,6 +6,8 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 
+#include <functional>
+
 namespace tw {
 
 using browse::TreeNode;
@@ -151,21 +153,64 @@ void ShellTree::keyPressEvent(QKeyEvent *e)
     QTreeView::keyPressEvent(e);
 }
 
+TreeNode *ShellTree::scenarioNode(const QString &arg, QString *error)
+{
+    // A path: the tree expands down to it.
+    if (arg.startsWith(u'/')) {
+        if (TreeNode *n = model_->reveal(arg)) return n;
+        if (error) *error = QStringLiteral("the tree cannot reach %1").arg(arg);
+        return nullptr;
+    }
+    // A name: first among the nodes shown, then depth first among the nodes read so far,
+    // then depth first below the selected node and at last below every top node, reading
+    // at most a few thousand folders so that a name no folder has does not walk the disk.
+    TreeNode *found = nullptr;
+    for (int i = 0; i < model_->count() && !found; ++i)
+        if (model_->node(i)->name == arg) found = model_->node(i);
+    int reads = 4000;
+    std::function<TreeNode *(TreeNode *, bool)> below = [&](TreeNode *n, bool read) -> TreeNode * {
+        if (!n->scanned) {
+            if (!read || reads <= 0) return nullptr;
+            --reads;
+            model_->hasSubFolders(n);
+        }
+        for (auto &c : n->children) {
+            if (c->name == arg) return c.get();
+            if (TreeNode *f = below(c.get(), read)) return f;
+        }
+        return nullptr;
+    };
+    std::vector<TreeNode *> tops;
+    for (int i = 0; i < model_->count(); ++i)
+        if (model_->node(i)->depth == 0) tops.push_back(model_->node(i));
+    for (TreeNode *t : tops)
+        if (!found) found = below(t, false);
+    if (!found && model_->selected()) found = below(model_->selected(), true);
+    for (TreeNode *t : tops)
+        if (!found) found = below(t, true);
+    if (!found) {
+        if (error) *error = QStringLiteral("no node named %1").arg(arg);
+        return nullptr;
+    }
+    std::vector<TreeNode *> chain;
+    for (TreeNode *a = found->parent; a; a = a->parent) chain.insert(chain.begin(), a);
+    for (TreeNode *a : chain) model_->setExpanded(a, true);
+    return found;
+}
+
 bool ShellTree::scenarioSelect(const QString &arg, QString *error)
 {
-    // A path, or the name of a node in Nodes.
-    if (arg.startsWith(u'/')) {
-        if (selectPath(arg)) return true;
-        if (error) *error = QStringLiteral("the tree cannot reach %1").arg(arg);
-        return false;
-    }
-    for (int i = 0; i < model_->count(); ++i)
-        if (model_->node(i)->name == arg) {
-            selectNode(model_->node(i));
-            return true;
-        }
-    if (error) *error = QStringLiteral("no node named %1").arg(arg);
-    return false;
+    TreeNode *n = scenarioNode(arg, error);
+    if (n) selectNode(n);
+    return n != nullptr;
+}
+
+QModelIndex ShellTree::scenarioIndex(const QString &arg, QString *error)
+{
+    TreeNode *n = scenarioNode(arg, error);
+    if (!n) return {};
+    flushView();
+    return model_->indexFor(n);
 }
 
 bool ShellTree::scenarioDoubleClick(const QString &arg, QString *error)

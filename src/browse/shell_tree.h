@@ -52,6 +52,7 @@ public:
     QStringList scenarioRows() const override;
     QString scenarioSelected() const override;
     QString scenarioFolder() const override { return folderPath(); }
+    QModelIndex scenarioIndex(const QString &arg, QString *error) override;
 
 signals:
     // The selected folder has changed.
@@ -66,6 +67,9 @@ private:
     void onViewExpanded(const QModelIndex &idx, bool on);
     void onCurrentChanged(const QModelIndex &cur);
     void setViewCurrent(browse::TreeNode *n);
+    // The node a scenario names by folder path or by node name, and the nodes above it
+    // expanded; null when there is none.
+    browse::TreeNode *scenarioNode(const QString &arg, QString *error);
 
     browse::ShellTreeModel *model_ = nullptr;
     ShellList *list_ = nullptr;

@@ -2,6 +2,7 @@
 // it and read it the way a user would: by item text or path instead of by pixel.
 #pragma once
 
+#include <QModelIndex>
 #include <QString>
 #include <QStringList>
 
@@ -19,6 +20,14 @@ public:
     virtual QString scenarioSelected() const = 0;
     // The folder the control shows, for controls that show one.
     virtual QString scenarioFolder() const { return QString(); }
+    // For a control that is an item view: the item named by Arg (as for scenarioSelect),
+    // its parents expanded so that a user can reach it, for a mouse to press on; invalid,
+    // with Error set, when there is no such item.
+    virtual QModelIndex scenarioIndex(const QString &arg, QString *error)
+    {
+        if (error) *error = QStringLiteral("no item %1").arg(arg);
+        return {};
+    }
 };
 
 }  // namespace tw

@@ -1,5 +1,6 @@
 // The scenario runner: drives the real main window and its dialogs headless, statement
 // by statement, the way a user would, and checks what a user would see.
+#include "actions.h"
 #include "script.h"
 
 #include "app/tarnwick1.h"
@@ -41,6 +42,7 @@
 #include <QTextEdit>
 #include <QTimer>
 #include <QToolBar>
+#include <QTreeView>
 #include <QUrl>
 
 #include <clocale>
@@ -311,39 +313,72 @@ private:
         return v->visualRect(idx).center();
     }
 
+    // The item of an item view that Arg names: with ByRow, or when Arg is a number, the row
+    // of that number; else the item a composite control finds by its text or path, a tree's
+    // node at any depth by its text or text path, or a list's row by its text.
+    Outcome itemIndex(QAbstractItemView *v, const QString &arg, bool byRow, QModelIndex *out)
+    {
+        *out = QModelIndex();
+        QString err;
+        bool isNum = false;
+        const int n = arg.toInt(&isNum);
+        auto *sa = dynamic_cast<ScenarioAccess *>(v);
+        if (!byRow && sa) {
+            *out = sa->scenarioIndex(arg, &err);
+            return out->isValid() ? Outcome::done() : Outcome::fail(err);
+        }
+        if (byRow || isNum) {
+            if (!v->model() || n < 0 || n >= v->model()->rowCount(v->rootIndex()))
+                return Outcome::fail(QStringLiteral("no row %1").arg(arg));
+            *out = v->model()->index(n, 0, v->rootIndex());
+            return Outcome::done();
+        }
+        if (auto *tree = qobject_cast<QTreeView *>(v)) {
+            // A model may fill itself a moment later: wait for the node.
+            *out = findTreeNode(tree, arg, &err);
+            return out->isValid() ? Outcome::done() : Outcome::retry(err);
+        }
+        const int row = rowsOf(v).indexOf(arg);
+        if (row < 0) return Outcome::fail(QStringLiteral("no row \"%1\"").arg(arg));
+        *out = v->model()->index(row, 0, v->rootIndex());
+        return Outcome::done();
+    }
+
+    Outcome clickIndex(QAbstractItemView *v, const QModelIndex &idx, const QString &how)
+    {
+        QWidget *vp = v->viewport();
+        v->scrollTo(idx);
+        const QPoint p = v->visualRect(idx).center();
+        // A list the program keeps out of sight has no place to click: its row is chosen
+        // as a click would choose it.
+        const bool reachable = v->isVisible() && v->indexAt(p) == idx;
+        if (!reachable) {
+            v->setCurrentIndex(idx);
+            emit v->clicked(idx);
+            if (how == QLatin1String("dblclick")) emit v->doubleClicked(idx);
+            return Outcome::done();
+        }
+        if (how == QLatin1String("dblclick")) {
+            QTest::mouseClick(vp, Qt::LeftButton, {}, p);
+            QTest::mouseDClick(vp, Qt::LeftButton, {}, p);
+        } else {
+            QTest::mouseClick(vp, how == QLatin1String("rclick") ? Qt::RightButton : Qt::LeftButton, {}, p);
+        }
+        return Outcome::done();
+    }
+
     Outcome clickRow(QWidget *w, int row, const QString &how)
     {
         if (auto *v = qobject_cast<QAbstractItemView *>(w)) {
             if (!v->model() || row < 0 || row >= v->model()->rowCount(v->rootIndex()))
                 return Outcome::fail(QStringLiteral("no row %1").arg(row));
-            QWidget *vp = v->viewport();
-            const QModelIndex idx = v->model()->index(row, 0, v->rootIndex());
-            const QPoint p = rowPoint(v, row);
-            // A list the program keeps out of sight has no place to click: its row is chosen
-            // as a click would choose it.
-            const bool reachable = v->isVisible() && v->indexAt(p) == idx;
-            if (!reachable) {
-                v->setCurrentIndex(idx);
-                emit v->clicked(idx);
-                if (how == QLatin1String("dblclick")) emit v->doubleClicked(idx);
-                return Outcome::done();
-            }
-            if (how == QLatin1String("dblclick")) {
-                QTest::mouseClick(vp, Qt::LeftButton, {}, p);
-                QTest::mouseDClick(vp, Qt::LeftButton, {}, p);
-            } else {
-                QTest::mouseClick(vp, how == QLatin1String("rclick") ? Qt::RightButton : Qt::LeftButton,
-                                  {}, p);
-            }
-            return Outcome::done();
-        }
-        if (auto *cb = qobject_cast<QComboBox *>(w)) {
-            if (row < 0 || row >= cb->count()) return Outcome::fail(QStringLiteral("no row %1").arg(row));
-            cb->setCurrentIndex(row);
-            emit cb->activated(row);
-            return Outcome::done();
+            return clickIndex(v, v->model()->index(row, 0, v->rootIndex()), how);
         }
         QString e;
+        if (auto *cb = qobject_cast<QComboBox *>(w)) {
+            if (!cb->isEnabled()) return Outcome::done();  // a grey drop-down does not open
+            return pickComboRow(cb, row, &e) ? Outcome::done() : Outcome::fail(e);
+        }
         if (auto *sa = dynamic_cast<ScenarioAccess *>(w)) {
             const bool ok = how == QLatin1String("dblclick") ? sa->scenarioDoubleClick(QString::number(row), &e)
                                                              : sa->scenarioSelect(QString::number(row), &e);
@@ -443,6 +478,33 @@ private:
             need(1);
             return QDir().mkpath(arg(1)) ? Outcome::done() : Outcome::fail(QStringLiteral("cannot make ") + arg(1));
         }
+        if (cmd == QLatin1String("remove")) {
+            need(1);
+            // Only what lies in the scenario's own home: a slip in a path never reaches
+            // anything else.
+            const QString path = QDir::cleanPath(QFileInfo(arg(1)).absoluteFilePath());
+            if (!path.startsWith(home_ + u'/'))
+                return Outcome::fail(QStringLiteral("remove reaches only into $HOME: ") + path);
+            const QFileInfo fi(path);
+            if (!fi.exists() && !fi.isSymLink()) return Outcome::fail(QStringLiteral("nothing to remove at ") + path);
+            // A link goes, never what it points at.
+            const bool ok = fi.isDir() && !fi.isSymLink() ? QDir(path).removeRecursively() : QFile::remove(path);
+            return ok ? Outcome::done() : Outcome::fail(QStringLiteral("cannot remove ") + path);
+        }
+        if (cmd == QLatin1String("runnerdialog")) {
+            // A file dialog of the runner's own, to check the statements that answer and read
+            // file dialogs; what it returns ("" when cancelled) is the variable RunnerDialogResult.
+            need(1);
+            QFileDialog d(win_.data());
+            d.setObjectName(QStringLiteral("RunnerFileDialog"));
+            d.setOption(QFileDialog::DontUseNativeDialog, true);
+            d.setWindowTitle(arg(1));
+            if (t.size() > 2) d.setDirectory(arg(2));
+            if (t.size() > 3) d.setNameFilter(arg(3));
+            if (t.size() > 4) d.setDefaultSuffix(arg(4));
+            runnerDialogResult_ = d.exec() == QDialog::Accepted ? d.selectedFiles().value(0) : QString();
+            return Outcome::done();
+        }
         if (cmd == QLatin1String("put")) {
             need(2);
             QFileInfo fi(arg(1));
@@ -511,20 +573,31 @@ private:
             QWidget *w = control(arg(1), &err);
             if (!w) return Outcome::retry(err);
             QString rowArg;
+            bool byRow = false;
             if (cmd == QLatin1String("select")) {
                 need(2);
                 rowArg = arg(2);
             } else if (t.size() >= 4 && t[2] == QLatin1String("row")) {
                 rowArg = arg(3);
+                byRow = true;
             } else if (t.size() >= 3) {
                 rowArg = arg(2);  // an item named by its text or path
             }
             const QString how = cmd == QLatin1String("select") ? QStringLiteral("click") : cmd;
             if (rowArg.isNull()) return click(w, how);
-            if (auto *sa = dynamic_cast<ScenarioAccess *>(w)) {
+            auto *view = qobject_cast<QAbstractItemView *>(w);
+            auto *sa = dynamic_cast<ScenarioAccess *>(w);
+            // A composite control chooses its item itself; a right click on an item of one
+            // that is an item view is pressed where the item shows, as on any other view.
+            if (sa && !(view && how == QLatin1String("rclick"))) {
                 const bool ok = how == QLatin1String("dblclick") ? sa->scenarioDoubleClick(rowArg, &err)
                                                                  : sa->scenarioSelect(rowArg, &err);
                 return ok ? Outcome::done() : Outcome::fail(err);
+            }
+            if (view) {
+                QModelIndex idx;
+                const Outcome o = itemIndex(view, rowArg, byRow, &idx);
+                return idx.isValid() ? clickIndex(view, idx, how) : o;
             }
             bool isNum = false;
             int row = rowArg.toInt(&isNum);
@@ -533,6 +606,36 @@ private:
                 if (row < 0) return Outcome::fail(QStringLiteral("no row \"%1\" in %2").arg(rowArg, arg(1)));
             }
             return clickRow(w, row, how);
+        }
+        if (cmd == QLatin1String("set")) {
+            need(2);
+            const bool want = t[2] == QLatin1String("checked");
+            if (!want && t[2] != QLatin1String("unchecked"))
+                return Outcome::fail(QStringLiteral("set needs checked or unchecked"));
+            if (tools() && tools()->has(arg(1))) {
+                // A tool that stays pressed: clicked only when it is not as wanted.
+                if (tools()->isChecked(arg(1)) == want) return Outcome::done();
+                QAction *a = tools()->action(arg(1));
+                if (!a || !a->isEnabled())
+                    return Outcome::fail(QStringLiteral("%1 is grey: a click cannot make it %2").arg(arg(1), t[2]));
+                // No check afterwards: a tool that opens a modal window is pressed only while
+                // the window is open, and the window has come and gone when the click returns.
+                a->trigger();
+                return Outcome::done();
+            }
+            QString err;
+            QWidget *w = control(arg(1), &err);
+            if (!w) return Outcome::retry(err);
+            auto *b = qobject_cast<QAbstractButton *>(w);
+            if (!b || !b->isCheckable()) return Outcome::fail(arg(1) + QStringLiteral(" cannot be checked"));
+            if (b->isChecked() == want) return Outcome::done();
+            if (!b->isEnabled())
+                return Outcome::fail(QStringLiteral("%1 is grey: a click cannot make it %2").arg(arg(1), t[2]));
+            b->click();
+            // A radio button is not cleared by a click on it, nor is a box the program sets back.
+            if (b->isChecked() != want)
+                return Outcome::fail(QStringLiteral("a click leaves %1 %2").arg(arg(1), b->isChecked() ? QStringLiteral("checked") : QStringLiteral("unchecked")));
+            return Outcome::done();
         }
         if (cmd == QLatin1String("type")) {
             need(2);
@@ -606,23 +709,47 @@ private:
             QString err;
             QWidget *src = control(arg(1), &err);
             if (!src) return Outcome::retry(err);
-            int i = 2;
-            QPoint from = src->rect().center();
-            QWidget *press = src;
-            if (t[i] == QLatin1String("row")) {
-                auto *v = qobject_cast<QAbstractItemView *>(src);
+            // The item pressed on and the item let go over: "row <n>", or an item's text or
+            // path (a tree's node at any depth); none for the middle of the control.
+            auto item = [&](QWidget *w, int *i, QModelIndex *idx) -> Outcome {
+                const bool byRow = *i < t.size() && t[*i] == QLatin1String("row") && !st.quoted[*i];
+                if (!byRow && (*i >= t.size() || (t[*i] == QLatin1String("to") && !st.quoted[*i])))
+                    return Outcome::done();
+                auto *v = qobject_cast<QAbstractItemView *>(w);
                 if (!v) return Outcome::fail(QStringLiteral("the control has no rows"));
-                press = v->viewport();
-                from = rowPoint(v, arg(i + 1).toInt());
-                i += 2;
-            }
-            if (t.value(i) != QLatin1String("to")) return Outcome::fail(QStringLiteral("drag needs 'to'"));
+                if (byRow) need(*i + 1);
+                const Outcome o = itemIndex(v, arg(byRow ? *i + 1 : *i), byRow, idx);
+                *i += byRow ? 2 : 1;
+                return o;
+            };
+            auto placeOf = [](QWidget *w, const QModelIndex &idx, QWidget **on) {
+                auto *v = qobject_cast<QAbstractItemView *>(w);
+                if (!v || !idx.isValid()) {
+                    *on = w;
+                    return w->rect().center();
+                }
+                *on = v->viewport();
+                v->scrollTo(idx);
+                return v->visualRect(idx).center();
+            };
+            int i = 2;
+            QModelIndex fromIdx, toIdx;
+            Outcome o = item(src, &i, &fromIdx);
+            if (o.status != Status::Done) return o;
+            if (t.value(i) != QLatin1String("to") || i + 1 >= t.size())
+                return Outcome::fail(QStringLiteral("drag needs 'to'"));
             QWidget *dst = control(arg(i + 1), &err);
             if (!dst) return Outcome::fail(err);
+            i += 2;
+            o = item(dst, &i, &toIdx);
+            if (o.status != Status::Done) return o;
+            QWidget *press = nullptr, *over = nullptr;
+            const QPoint from = placeOf(src, fromIdx, &press);
             QTest::mousePress(press, Qt::LeftButton, {}, from);
             QTest::qWait(300);  // held longer than a click
             QTest::mouseMove(press, from + QPoint(4, 4));
-            const QPoint target = press->mapFromGlobal(dst->mapToGlobal(dst->rect().center()));
+            const QPoint at = placeOf(dst, toIdx, &over);
+            const QPoint target = press->mapFromGlobal(over->mapToGlobal(at));
             QTest::mouseMove(press, target);
             QTest::mouseRelease(press, Qt::LeftButton, {}, target);
             return Outcome::done();
@@ -652,22 +779,38 @@ private:
         }
         if (cmd == QLatin1String("box")) {
             need(3);
+            // "*" for any title; "matches" for a text that holds a date or a size.
+            const bool anyTitle = t[1] == QLatin1String("*") && !st.quoted[1];
+            const bool byPattern = t[2] == QLatin1String("matches") && !st.quoted[2];
+            if (byPattern) need(4);
+            const QString want = arg(byPattern ? 3 : 2), button = arg(byPattern ? 4 : 3);
             QMessageBox *b = activeBox();
-            if (!b) return Outcome::retry(QStringLiteral("no message box appeared (expected \"%1\")").arg(arg(2)));
-            if (b->windowTitle() != arg(1) || b->text() != arg(2)) {
-                const QString m = QStringLiteral("message box \"%1\" \"%2\" instead of \"%3\" \"%4\"")
-                                      .arg(b->windowTitle(), b->text(), arg(1), arg(2));
+            if (!b) return Outcome::retry(QStringLiteral("no message box appeared (expected \"%1\")").arg(want));
+            bool textOk = b->text() == want;
+            if (byPattern) {
+                const QRegularExpression re(QRegularExpression::anchoredPattern(want));
+                if (!re.isValid()) {
+                    b->close();
+                    return Outcome::fail(QStringLiteral("bad pattern: ") + re.errorString());
+                }
+                textOk = re.match(b->text()).hasMatch();
+            }
+            if ((!anyTitle && b->windowTitle() != arg(1)) || !textOk) {
+                const QString m = QStringLiteral("message box \"%1\" \"%2\" instead of %3 %4\"%5\"")
+                                      .arg(b->windowTitle(), b->text(),
+                                           anyTitle ? QStringLiteral("*") : u'"' + arg(1) + u'"',
+                                           byPattern ? QStringLiteral("matching ") : QString(), want);
                 b->close();
                 return Outcome::fail(m);
             }
             static const QHash<QString, QMessageBox::StandardButton> buttons = {
                 {"Yes", QMessageBox::Yes}, {"No", QMessageBox::No}, {"OK", QMessageBox::Ok},
                 {"Ok", QMessageBox::Ok}, {"Cancel", QMessageBox::Cancel}};
-            const auto which = buttons.value(arg(3), QMessageBox::NoButton);
+            const auto which = buttons.value(button, QMessageBox::NoButton);
             QAbstractButton *btn = b->button(which);
             if (!btn) {
                 b->close();
-                return Outcome::fail(QStringLiteral("the box has no button ") + arg(3));
+                return Outcome::fail(QStringLiteral("the box has no button ") + button);
             }
             boxesSeen_ = 0;
             btn->click();
@@ -679,7 +822,12 @@ private:
             if (!d) return Outcome::retry(QStringLiteral("no file dialog appeared"));
             if (t[1] == QLatin1String("cancel") && !st.quoted[1]) d->reject();
             else {
-                d->selectFile(arg(1));
+                // The user types the whole path into the name box (selectFile leaves a box
+                // that has the focus alone) and presses the dialog's button.
+                if (auto *name = d->findChild<QLineEdit *>(QStringLiteral("fileNameEdit")))
+                    name->setText(arg(1));
+                else
+                    d->selectFile(arg(1));
                 QMetaObject::invokeMethod(d, "accept", Qt::DirectConnection);
             }
             return Outcome::done();
@@ -717,6 +865,7 @@ private:
             QString name = arg(2), v;
             const int dot = name.indexOf(u'.');
             if (dot > 0) name = name.mid(dot + 1);
+            if (name == QLatin1String("RunnerDialogResult")) return same(runnerDialogResult_, arg(3), name);
             bool found = scenarioVariable(name, &v);
             if (!found && win_) found = win_->windowVariableText(name, &v);
             if (!found) return Outcome::fail(QStringLiteral("no variable ") + arg(2));
@@ -729,6 +878,30 @@ private:
         if (what == QLatin1String("tab")) {
             if (!win_) return Outcome::fail(QStringLiteral("the program is not started"));
             return same(win_->selectedTabKey(), arg(2), QStringLiteral("tab"));
+        }
+        if (what == QLatin1String("filedialog")) {
+            if (t.size() < 3) return Outcome::fail(QStringLiteral("expect filedialog needs a title"));
+            auto *d = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+            if (!d) return Outcome::retry(QStringLiteral("no file dialog appeared (expected \"%1\")").arg(arg(2)));
+            // An unquoted * checks nothing in its place.
+            auto given = [&](int i) { return i < t.size() && !(t[i] == QLatin1String("*") && !st.quoted[i]); };
+            QStringList wrong;
+            auto check = [&](const QString &label, const QString &seen, const QString &want) {
+                if (seen != want) wrong << QStringLiteral("%1 \"%2\", expected \"%3\"").arg(label, seen, want);
+            };
+            if (given(2)) check(QStringLiteral("title"), d->windowTitle(), arg(2));
+            if (given(3))
+                check(QStringLiteral("folder"), QDir::cleanPath(d->directory().absolutePath()), QDir::cleanPath(arg(3)));
+            if (given(4)) check(QStringLiteral("filter"), d->selectedNameFilter(), arg(4));
+            if (given(5)) check(QStringLiteral("default extension"), d->defaultSuffix(), arg(5));
+            if (wrong.isEmpty()) return Outcome::done();
+            return Outcome::retry(QStringLiteral("file dialog ") + wrong.join(QStringLiteral("; ")));
+        }
+        if (what == QLatin1String("colordialog")) {
+            if (t.size() < 3) return Outcome::fail(QStringLiteral("expect colordialog needs a title"));
+            auto *d = qobject_cast<QColorDialog *>(QApplication::activeModalWidget());
+            if (!d) return Outcome::retry(QStringLiteral("no colour dialog appeared (expected \"%1\")").arg(arg(2)));
+            return same(d->windowTitle(), arg(2), QStringLiteral("colour dialog title"));
         }
         if (what == QLatin1String("nobox")) {
             if (QMessageBox *b = activeBox())
@@ -860,6 +1033,26 @@ private:
                                       .arg(target).arg(row).arg(seen, want));
         }
         if (what == QLatin1String("text")) return same(textOf(w), arg(3), target);
+        if (what == QLatin1String("geometry")) {
+            // In twips, 15 to the pixel, relative to the parent widget; a pixel either way
+            // is within what a twip measure rounds to.
+            if (t.size() < 7) return Outcome::fail(QStringLiteral("expect geometry needs left, top, width and height"));
+            const QRect g = w->geometry();
+            const int seen[4] = {g.x() * 15, g.y() * 15, g.width() * 15, g.height() * 15};
+            bool off = false;
+            for (int k = 0; k < 4; ++k) {
+                if (t[3 + k] == QLatin1String("*") && !st.quoted[3 + k]) continue;  // not checked
+                bool ok = false;
+                const int want = arg(3 + k).toInt(&ok);
+                if (!ok) return Outcome::fail(QStringLiteral("not a number of twips: ") + arg(3 + k));
+                if (std::abs(seen[k] - want) > 15) off = true;
+            }
+            if (!off) return Outcome::done();
+            return Outcome::retry(QStringLiteral("%1 is at %2 %3 %4 %5 twips, expected %6 %7 %8 %9")
+                                      .arg(target)
+                                      .arg(seen[0]).arg(seen[1]).arg(seen[2]).arg(seen[3])
+                                      .arg(arg(3), arg(4), arg(5), arg(6)));
+        }
         if (what == QLatin1String("folder")) {
             if (auto *sa = dynamic_cast<ScenarioAccess *>(w)) return same(sa->scenarioFolder(), arg(3), target);
             return Outcome::fail(target + QStringLiteral(" shows no folder"));
@@ -881,6 +1074,7 @@ private:
     int running_ = 0;
     bool aborted_ = false, finished_ = false;
     int boxesSeen_ = 0;
+    QString runnerDialogResult_;
     QElapsedTimer started_, waitStarted_;
     QEventLoop loop_;
     QPointer<Tarnwick1> win_;
