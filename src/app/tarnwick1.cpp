@@ -41,7 +41,6 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QScreen>
-#include <QScrollArea>
 #include <QSplitter>
 #include <QTabBar>
 #include <QTabWidget>
@@ -405,14 +404,8 @@ void Tarnwick1::buildControls()
     p8->addWidget(Frame1[8]);
     auto *f8 = new QVBoxLayout(Frame1[8]);
     f8->setContentsMargins(0, 0, 0, 0);
-    // The colour table and the option pages scroll on a small window.
-    auto *toolsScroll = new QScrollArea(Frame1[8]);
-    toolsScroll->setObjectName(QStringLiteral("ToolsScroll"));
-    toolsScroll->setWidgetResizable(true);
-    toolsScroll->setFrameShape(QFrame::NoFrame);
-    Tools = new ToolsTab(*this, toolsScroll);
-    toolsScroll->setWidget(Tools);
-    f8->addWidget(toolsScroll);
+    Tools = new ToolsTab(*this, Frame1[8]);
+    f8->addWidget(Tools);
 
     List7 = new QListWidget(this);
     List7->setObjectName(QStringLiteral("List7"));
