@@ -1,4 +1,4 @@
-// The reference of the start-up benchmark: a bare Qt program showing one empty QMainWindow,
+// The floor of the start-up benchmark: a bare Qt program showing one empty QMainWindow,
 // reporting its first paint the same way as the probe of the main window.
 #include "first_paint.h"
 

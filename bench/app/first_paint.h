@@ -1,4 +1,4 @@
-// Shared by the two start-up probes: at the first paint of the window it watches, print
+// Shared by the start-up probes: at the first paint of the window it watches, print
 // the resident memory and leave the event loop.
 #pragma once
 

@@ -9,7 +9,6 @@
 #include <QFrame>
 #include <QLabel>
 #include <QLineEdit>
-#include <QScrollArea>
 #include <QVBoxLayout>
 
 namespace tw {
@@ -75,14 +74,8 @@ protected:
         p8->addWidget(Frame1_8);
         auto *f8 = new QVBoxLayout(Frame1_8);
         f8->setContentsMargins(0, 0, 0, 0);
-        // The colour table and the option pages scroll on a small window.
-        auto *toolsScroll = new QScrollArea(Frame1_8);
-        toolsScroll->setObjectName(QStringLiteral("ToolsScroll"));
-        toolsScroll->setWidgetResizable(true);
-        toolsScroll->setFrameShape(QFrame::NoFrame);
-        Tools = new ToolsTab(host_, toolsScroll);
-        toolsScroll->setWidget(Tools);
-        f8->addWidget(toolsScroll);
+        Tools = new ToolsTab(host_, Frame1_8);
+        f8->addWidget(Tools);
         // The boxes show the colours and options as the store holds them now.
         Tools->ShowColors();
         Tools->ShowOptions();

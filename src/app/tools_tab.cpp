@@ -64,24 +64,38 @@ int colorFieldOfBox(int box)
 ToolsTab::ToolsTab(PageHost &w, QWidget *parent) : QWidget(parent), w_(w)
 {
     setObjectName(QStringLiteral("ToolsTab"));
+    // The tab asks no minimum size of the window, which keeps whatever size the user gives
+    // it; the layout is made to fit the window's default size.
+    setMinimumSize(1, 1);
+    // The colour table on the left, the option pages on the right, both sized to their
+    // content so the whole tab fits the window at its default size without scrolling.
     auto *outer = new QHBoxLayout(this);
+    outer->setContentsMargins(4, 4, 4, 4);
+    outer->setSpacing(4);
 
     // Colour table
     auto *colorFrame = new QFrame(this);
     colorFrame->setObjectName(QStringLiteral("ColorFrame"));
     colorFrame->setFrameShape(QFrame::StyledPanel);
     auto *grid = new QGridLayout(colorFrame);
+    grid->setContentsMargins(6, 6, 6, 6);
+    grid->setHorizontalSpacing(6);
+    grid->setVerticalSpacing(3);
     auto *title = new QLabel(QStringLiteral("Window Color Settings"), colorFrame);
     title->setObjectName(QStringLiteral("Label2_0"));
     QFont tf = title->font();
     tf.setBold(true);
     title->setFont(tf);
     grid->addWidget(title, 0, 0, 1, 3);
+    // "Background" is wider than its boxes: it ends over them and reaches left into the
+    // empty head of the label column, so the boxes stay narrow.
     auto *hb = new QLabel(QStringLiteral("Background"), colorFrame);
     hb->setObjectName(QStringLiteral("Label2_1"));
+    hb->setAlignment(Qt::AlignRight | Qt::AlignBottom);
     auto *ht = new QLabel(QStringLiteral("Text"), colorFrame);
     ht->setObjectName(QStringLiteral("Label2_2"));
-    grid->addWidget(hb, 1, 1);
+    ht->setAlignment(Qt::AlignHCenter | Qt::AlignBottom);
+    grid->addWidget(hb, 1, 0, 1, 2);
     grid->addWidget(ht, 1, 2);
     for (int i = 0; i < 14; ++i) {
         const int r = i;  // display row = table row
@@ -93,7 +107,8 @@ ToolsTab::ToolsTab(PageHost &w, QWidget *parent) : QWidget(parent), w_(w)
             auto *e = new QLineEdit(colorFrame);
             e->setObjectName(QStringLiteral("Text3_%1").arg(box));
             e->setReadOnly(true);
-            e->setFixedWidth(70);
+            // The boxes hold no text, only their colour.
+            e->setFixedSize(44, 18);
             e->setToolTip(QStringLiteral("Double Click to Select Color"));
             e->installEventFilter(this);
             e->setAutoFillBackground(true);
@@ -101,10 +116,12 @@ ToolsTab::ToolsTab(PageHost &w, QWidget *parent) : QWidget(parent), w_(w)
             grid->addWidget(e, 2 + r, 1 + side);
         }
     }
-    outer->addWidget(colorFrame, 3);
+    grid->setRowStretch(16, 1);
+    outer->addWidget(colorFrame);
 
     // Option pages
     auto *right = new QVBoxLayout;
+    right->setSpacing(4);
     auto *pageButtons = new QHBoxLayout;
     OptGeneralsBtn = new QPushButton(QStringLiteral("General"), this);
     OptGeneralsBtn->setObjectName(QStringLiteral("OptGeneralsBtn"));
@@ -125,12 +142,17 @@ ToolsTab::ToolsTab(PageHost &w, QWidget *parent) : QWidget(parent), w_(w)
     }
     right->addLayout(pages, 1);
 
-    // General page
-    auto *g = new QVBoxLayout(SSFrame1[0]);
+    // General page: the check boxes one under the other, then each list and the slider
+    // beside its caption.
+    auto *g = new QGridLayout(SSFrame1[0]);
+    g->setContentsMargins(6, 6, 6, 6);
+    g->setHorizontalSpacing(6);
+    g->setVerticalSpacing(2);
+    int gRow = 0;
     auto check = [&](QCheckBox *&box, const char *name, const char *caption) {
         box = new QCheckBox(QString::fromLatin1(caption), SSFrame1[0]);
         box->setObjectName(QString::fromLatin1(name));
-        g->addWidget(box);
+        g->addWidget(box, gRow++, 0, 1, 2);
     };
     check(CHKBOLD, "CHKBOLD", "Use Bold Type On Window Fonts");
     check(CHKSAVEFOLDER, "CHKSAVEFOLDER", "Save Last Folder for next Program Startup");
@@ -141,25 +163,27 @@ ToolsTab::ToolsTab(PageHost &w, QWidget *parent) : QWidget(parent), w_(w)
     check(CHKOPTVIDEOLOOP, "CHKOPTVIDEOLOOP", "Preset Video Continuous Loop");
     check(CHKOPTMUSICLOOP, "CHKOPTMUSICLOOP", "Preset Music Continuous Loop");
     check(CHKVIDEOLIST, "CHKVIDEOLIST", "Display Play List on Video Frame at Startup");
-    auto combo = [&](QComboBox *&c, const char *name, const char *label, QStringList items,
-                     QWidget *page, QBoxLayout *lay) {
+    auto makeCombo = [](QComboBox *&c, const char *name, const char *label, QStringList items,
+                        QWidget *page) {
         auto *l = new QLabel(QString::fromLatin1(label), page);
         l->setObjectName(QString::fromLatin1(name) + QStringLiteral("Label"));
-        lay->addWidget(l);
         c = new QComboBox(page);
         c->setObjectName(QString::fromLatin1(name));
         c->addItems(items);
-        lay->addWidget(c);
+        return l;
     };
-    combo(CMBMENUTYPE, "CMBMENUTYPE", "Menu Font Style:",
-          {"None", "Light Raised", "Heavy Raised", "Light Inset", "Heavy Inset"}, SSFrame1[0], g);
-    combo(CMBMENU, "CMBMENU", "Menu Style:", {"Windows 95/98", "Windows 2000", "Windows XP"},
-          SSFrame1[0], g);
-    combo(CMBFONTTYPE, "CMBFONTTYPE", "Label Font Style:",
-          {"None", "Raised Light", "Raised Heavy", "Lowered Light", "Lowered Heavy"}, SSFrame1[0], g);
+    auto gridCombo = [&](QComboBox *&c, const char *name, const char *label, QStringList items) {
+        g->addWidget(makeCombo(c, name, label, items, SSFrame1[0]), gRow, 0);
+        g->addWidget(c, gRow++, 1);
+    };
+    gridCombo(CMBMENUTYPE, "CMBMENUTYPE", "Menu Font Style:",
+              {"None", "Light Raised", "Heavy Raised", "Light Inset", "Heavy Inset"});
+    gridCombo(CMBMENU, "CMBMENU", "Menu Style:", {"Windows 95/98", "Windows 2000", "Windows XP"});
+    gridCombo(CMBFONTTYPE, "CMBFONTTYPE", "Label Font Style:",
+              {"None", "Raised Light", "Raised Heavy", "Lowered Light", "Lowered Heavy"});
     auto *jl = new QLabel(QStringLiteral("JPEG Quality Factor:"), SSFrame1[0]);
     jl->setObjectName(QStringLiteral("SCOPTJPEGQCaption"));
-    g->addWidget(jl);
+    g->addWidget(jl, gRow, 0);
     auto *jrow = new QHBoxLayout;
     SCOPTJPEGQ = new QScrollBar(Qt::Horizontal, SSFrame1[0]);
     SCOPTJPEGQ->setObjectName(QStringLiteral("SCOPTJPEGQ"));
@@ -168,16 +192,18 @@ ToolsTab::ToolsTab(PageHost &w, QWidget *parent) : QWidget(parent), w_(w)
     SCOPTJPEGQ->setPageStep(10);
     JpegQualityLabel = new QLabel(SSFrame1[0]);
     JpegQualityLabel->setObjectName(QStringLiteral("LabelJpegQ"));
-    JpegQualityLabel->setMinimumWidth(30);
+    JpegQualityLabel->setMinimumWidth(JpegQualityLabel->fontMetrics().horizontalAdvance(QStringLiteral("999")) + 4);
     jrow->addWidget(SCOPTJPEGQ, 1);
     jrow->addWidget(JpegQualityLabel);
-    g->addLayout(jrow);
-    g->addStretch(1);
+    g->addLayout(jrow, gRow++, 1);
+    g->setColumnStretch(1, 1);
+    g->setRowStretch(gRow, 1);
     connect(SCOPTJPEGQ, &QScrollBar::valueChanged, this,
             [this](int v) { JpegQualityLabel->setText(QString::number(v)); });
 
     // Search page
     auto *s = new QVBoxLayout(SSFrame1[1]);
+    s->setContentsMargins(6, 6, 6, 6);
     auto entry = [&](int i, const char *label, QWidget *page, QBoxLayout *lay) {
         auto *l = new QLabel(QString::fromLatin1(label), page);
         l->setObjectName(QStringLiteral("Text4Label_%1").arg(i));
@@ -193,13 +219,15 @@ ToolsTab::ToolsTab(PageHost &w, QWidget *parent) : QWidget(parent), w_(w)
 
     // Thumbnail page
     auto *t = new QVBoxLayout(SSFrame1[2]);
+    t->setContentsMargins(6, 6, 6, 6);
     entry(0, "ThumbNail Height (cm):", SSFrame1[2], t);
     entry(1, "ThumbNail Width (cm):", SSFrame1[2], t);
-    combo(CMBTHUMBRESL, "CMBTHUMBRESL", "ThumbNail Resolution:",
-          {"32 Bits/Bitmap", "24 Bits/Bitmap", "16 Bits/Bitmap", "8 Bits/Bitmap", "7 Bits/Bitmap",
-           "6 Bits/Bitmap", "5 Bits/Bitmap", "4 Bits/Bitmap", "3 Bits/Bitmap", "2 Bits/Bitmap",
-           "1 Bits/Bitmap"},
-          SSFrame1[2], t);
+    t->addWidget(makeCombo(CMBTHUMBRESL, "CMBTHUMBRESL", "ThumbNail Resolution:",
+                           {"32 Bits/Bitmap", "24 Bits/Bitmap", "16 Bits/Bitmap", "8 Bits/Bitmap",
+                            "7 Bits/Bitmap", "6 Bits/Bitmap", "5 Bits/Bitmap", "4 Bits/Bitmap",
+                            "3 Bits/Bitmap", "2 Bits/Bitmap", "1 Bits/Bitmap"},
+                           SSFrame1[2]));
+    t->addWidget(CMBTHUMBRESL);
     t->addStretch(1);
 
     auto *buttons = new QHBoxLayout;
@@ -218,10 +246,12 @@ ToolsTab::ToolsTab(PageHost &w, QWidget *parent) : QWidget(parent), w_(w)
     for (int i = 6; i <= 7; ++i) {
         Label2[i] = new QLabel(this);
         Label2[i]->setObjectName(QStringLiteral("Label2_%1").arg(i));
+        // The line is kept before the clock first writes it, so nothing moves then.
+        Label2[i]->setMinimumHeight(Label2[i]->fontMetrics().height());
         clock->addWidget(Label2[i]);
     }
     right->addLayout(clock);
-    outer->addLayout(right, 2);
+    outer->addLayout(right, 1);
 
     connect(OptGeneralsBtn, &QPushButton::clicked, this, [this] { showPage(0); });
     connect(OptSearchBtn, &QPushButton::clicked, this, [this] { showPage(1); });

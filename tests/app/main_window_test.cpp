@@ -1,6 +1,7 @@
 // Window tests of the main window: the tool click rule, the timer, the hold-to-drag button.
 #include "common/main_window_fixture.h"
 #include "app/tarnwick1.h"
+#include "app/tools_tab.h"
 #include "core/tool_manager.h"
 #include "app/tools_tab.h"
 #include "core/options_store.h"
@@ -12,6 +13,8 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
@@ -132,6 +135,62 @@ private slots:
         QVERIFY(!w->FileMissing(dir + QStringLiteral("/*.JPG")));       // a pattern that matches
         QVERIFY(w->FileMissing(dir + QStringLiteral("/*.png")));
         QVERIFY(w->FileMissing(QStringLiteral("   ")));
+    }
+
+    // At the default window size every control of the Tools tab shows whole, on each of the
+    // three option pages, and nothing scrolls.
+    void toolsTabFitsTheDefaultWindow()
+    {
+        QCOMPARE(w->size(), QSize(10500 / 15, 8000 / 15));
+        w->selectTab(8);
+        QWidget *panel = w->TabPanel[8];
+        QTRY_VERIFY(panel->isVisible());
+        w->runTimer();  // the date and time take their line
+        // The toolbars leave with the tab change; the panel takes their room once the
+        // window's layout has run.
+        QTest::qWait(50);
+        QWidget *frame8 = w->findChild<QWidget *>(QStringLiteral("Frame1_8"));
+        QVERIFY(frame8);
+        QTRY_COMPARE(frame8->size(), panel->size());
+        tw::ToolsTab *tools = w->findChild<tw::ToolsTab *>();
+        QVERIFY(tools);
+        const QRect inside = panel->rect();
+        for (int page = 0; page < 3; ++page) {
+            tools->showPage(page);
+            QTest::qWait(20);
+            QVERIFY(tools->SSFrame1[page]->isVisible());
+            int controls = 0;
+            for (QWidget *c : panel->findChildren<QWidget *>()) {
+                if (!c->isVisible() || c->isWindow()) continue;
+                const QString what = QStringLiteral("page %1: %2 (%3)")
+                                         .arg(page)
+                                         .arg(c->objectName(), QLatin1String(c->metaObject()->className()));
+                const QRect r(c->mapTo(panel, QPoint(0, 0)), c->size());
+                QVERIFY2(inside.contains(r), qPrintable(what + QStringLiteral(" lies outside the panel: %1,%2 %3x%4 in %5x%6").arg(r.x()).arg(r.y()).arg(r.width()).arg(r.height()).arg(inside.width()).arg(inside.height())));
+                // Not squeezed below what it needs to show its text and frame whole.
+                const QSize hint = c->minimumSizeHint();
+                const int needW = c->minimumWidth() > 0 ? c->minimumWidth() : hint.width();
+                const int needH = c->minimumHeight() > 0 ? c->minimumHeight() : hint.height();
+                QVERIFY2(c->width() >= needW && c->height() >= needH,
+                         qPrintable(what + QStringLiteral(" is squeezed")));
+                // No two controls side by side cover each other.
+                if (c->parentWidget())
+                    for (QObject *o : c->parentWidget()->children()) {
+                        auto *sib = qobject_cast<QWidget *>(o);
+                        if (!sib || sib == c || !sib->isVisible() || sib->isWindow()) continue;
+                        QVERIFY2(!c->geometry().intersects(sib->geometry()),
+                                 qPrintable(what + QStringLiteral(" overlaps ") + sib->objectName()));
+                    }
+                if (auto *bar = qobject_cast<QScrollBar *>(c))
+                    QVERIFY2(bar == tools->SCOPTJPEGQ, qPrintable(what + QStringLiteral(" scrolls")));
+                ++controls;
+            }
+            QVERIFY(controls > 40);
+        }
+        // Every control of the tab is shown on one of the pages.
+        QVERIFY(tools->OptApplyBtn->isVisible());
+        QVERIFY(tools->Text3[27]->isVisible());
+        QVERIFY(!tools->Label2[7]->text().isEmpty());
     }
 
     void thumbnailSizesShowInCentimetres()
