@@ -157,7 +157,7 @@ Tarnwick1::~Tarnwick1()
     delete SelectWin;
     SelectWin = nullptr;
     // The pages go before the controls they hold.
-    for (auto &p : pages_) p.reset();
+    for (auto &p : pages_) if (p) p.reset();
 }
 
 // ---------------------------------------------------------------- controls
@@ -310,7 +310,7 @@ void Tarnwick1::greyUnhandledTools()
     // A command tool that neither the window nor a page answers belongs to a feature this
     // build does not have: it is present and stays grey. Menus and labels are no commands.
     QStringList handled = windowTools();
-    for (const auto &p : pages_) handled += p->handledTools();
+    for (const auto &p : pages_) if (p) handled += p->handledTools();
     for (const ToolDef &d : toolTable()) {
         if (d.kind == ToolKind::Menu || d.kind == ToolKind::Label) continue;
         if (!handled.contains(d.id)) ToolBarComp1->markUnbuilt({d.id});
@@ -396,7 +396,7 @@ void Tarnwick1::startUp(const QString &raw)
     helpFile_ = G.ProgramDir + QStringLiteral("/Help/Ostrel.Hlp");
 
     // 11, 14, 15: the pages' own steps (the splitter of the Find tab, the play-list folders).
-    for (auto &p : pages_) p->startUp();
+    for (auto &p : pages_) if (p) p->startUp();
 
     // 16. Reset, file commands off, colours on.
     ResetSession();
@@ -452,7 +452,7 @@ void Tarnwick1::ResetSession()
     G.FromInternet = false;
     G.InternetPictureLoaded = false;
     G.SwitchToFileTab = true;
-    for (auto &p : pages_) p->reset();
+    for (auto &p : pages_) if (p) p->reset();
 }
 
 // ---------------------------------------------------------------- activation
@@ -691,7 +691,7 @@ void Tarnwick1::SetFileCommands(bool on)
                              tool::mnuDeleteFile, tool::mnuConvertFiles, tool::mnuProperties,
                              tool::mnuPrintFiles, tool::Print, tool::mnuOpenOLE})
         ToolBarComp1->setEnabled(id, on);
-    for (auto &p : pages_) p->fileCommandsChanged(on);
+    for (auto &p : pages_) if (p) p->fileCommandsChanged(on);
 }
 
 // ---------------------------------------------------------------- tabs
@@ -735,7 +735,7 @@ void Tarnwick1::OnTabLeaving(int newTab, int oldTab)
         if (areaHidden) ToolBarComp1->setToolAreaVisible(false);
         else if (!ToolBarComp1->toolAreaVisible()) ToolBarComp1->setToolAreaVisible(true);
         ToolBarComp1->setAllEnabled(true);
-        for (auto &p : pages_) p->tabChanging();
+        for (auto &p : pages_) if (p) p->tabChanging();
     }
     G.SuppressToolCommand = false;
     State.PreviousTab = static_cast<int16_t>(selectedTab());
@@ -915,7 +915,7 @@ void Tarnwick1::ApplyColors()
     paintWidget(List7, c.ListBack, c.ListText);
     if (SelectWin) paintWidget(SelectWin->List1, c.ListBack, c.ListText);
     for (auto &p : pages_)
-        if (p->built()) p->applyColors();
+        if (p && p->built()) p->applyColors();
     paintControls(this);
 }
 
@@ -957,7 +957,7 @@ void Tarnwick1::shutDown()
     G.Options.WindowHeight = g.height() * 15;
     G.Options.WindowWidth = g.width() * 15;
     // 4. The folder of the list, and what else each page keeps.
-    for (auto &p : pages_) p->shutDown();
+    for (auto &p : pages_) if (p) p->shutDown();
     // 5. Options.INI.
     const StoreResult r = SaveOptions(G.Options, G.ProgramDir);
     if (!r.ok) inform(r.message, AppTitle, this);

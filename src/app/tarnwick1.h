@@ -61,7 +61,7 @@ public:
     // The loaders of the four kinds, each handed in by its page.
     FileLoaders Loaders;
     // The dispatcher's calls into them.
-    void LoadImage(const QString &path);
+    void LoadImage(const QString &path) override;
     void LoadMediaFile(const QString &path);
     void LoadDocument(const QString &path);
     void LoadText(const QString &path);

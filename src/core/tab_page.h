@@ -82,6 +82,8 @@ public:
 
     // The window's routines that every side calls.
     virtual void DisplayFile(const QString &path) = 0;
+    // The dispatcher's call into the picture loader (recorded as the last loader used).
+    virtual void LoadImage(const QString &path) = 0;
     virtual void ShowExplorerItem() = 0;
     virtual bool FileMissing(const QString &path) const = 0;
     virtual void SetFileCommands(bool on) = 0;

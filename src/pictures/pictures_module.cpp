@@ -117,6 +117,11 @@ void PicturesModule::registerRoutines() {
             return QString();
         };
     };
+    registerScenarioRoutine(QStringLiteral("SetPictureChanged"), [this](const QStringList &a) {
+        const QString v = a.value(0).toLower();
+        PictureChanged = v == QLatin1String("true") || v == QLatin1String("1");
+        return QString();
+    });
     registerScenarioRoutine(QStringLiteral("ResetPicture"), noArgs([this] { ResetPicture(); }));
     registerScenarioRoutine(QStringLiteral("ResizeImage"), noArgs([this] { ResizeImage(); }));
     registerScenarioRoutine(QStringLiteral("FinishInternetPicture"), noArgs([this] { FinishInternetPicture(); }));
@@ -477,7 +482,7 @@ void PicturesModule::LoadFolderPictures() {
     }
     if (List3->count() > 0) {
         List3->setCurrentRow(0);
-        LoadImage(List3->item(0)->text());
+        host_.LoadImage(List3->item(0)->text());
     }
 }
 

@@ -3,7 +3,6 @@
 #include "app/tarnwick1.h"
 #include "app/tools_tab.h"
 #include "core/tool_manager.h"
-#include "app/tools_tab.h"
 #include "core/options_store.h"
 #include "core/tool_table.h"
 #include "core/toggle_drag.h"

@@ -9,6 +9,7 @@
 #include "core/globals.h"
 #include "core/scenario_access.h"
 #include "core/scenario_hooks.h"
+#include "core/text_rules.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -116,7 +117,14 @@ private:
         qputenv("XDG_DATA_HOME", (home_ + QStringLiteral("/share")).toLocal8Bit());
         qputenv("XDG_CACHE_HOME", (home_ + QStringLiteral("/cache")).toLocal8Bit());
         qputenv("XDG_CONFIG_HOME", (home_ + QStringLiteral("/config")).toLocal8Bit());
-        qputenv("TW_SHELL_OPEN_LOG", (home_ + QStringLiteral("/shell-open.log")).toLocal8Bit());
+        // The shell's "Open" is recorded in $HOME/shell-open.log instead of starting a program.
+        const QString log = home_ + QStringLiteral("/shell-open.log");
+        Tarnwick1::shellOpener() = [log](const QString &path) {
+            QFile f(log);
+            if (!f.open(QIODevice::Append)) return false;
+            f.write(pathToBytes(path) + "\n");
+            return true;
+        };
         data_ = home_ + QStringLiteral("/share/tarnwick");
     }
 
@@ -244,6 +252,11 @@ private:
         const QString cn = path.mid(dot + 1);
         if (w->objectName() == cn) return w;
         QWidget *c = w->findChild<QWidget *>(cn);
+        if (!c && w == win_) {
+            // A control of a tab not entered yet: its page makes its controls on first need.
+            win_->buildAllPages();
+            c = w->findChild<QWidget *>(cn);
+        }
         if (!c) *err = QStringLiteral("no control ") + path;
         return c;
     }
