@@ -782,8 +782,7 @@ void Tarnwick1::OnToolClick(const QString &id)
     // The page on show answers first, then the others.
     if (TabPage *shown = page(selectedTab())) handled = shown->toolClick(id);
     for (int i = 1; i <= TabCount && !handled; ++i)
-        if (i != selectedTab() && pages_[size_t(i)]->handledTools().contains(id))
-            handled = pages_[size_t(i)]->toolClick(id);
+        if (i != selectedTab()) handled = pages_[size_t(i)]->toolClick(id);
     if (handled) {
         // answered by a page
     } else if (id == tool::mnuExit) {

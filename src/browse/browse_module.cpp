@@ -181,6 +181,7 @@ QStringList BrowseModule::handledTools() const
 
 bool BrowseModule::toolClick(const QString &id)
 {
+    if (!handledTools().contains(id)) return false;
     ensureBuilt();
     if (id == tool::Find || id == tool::mnuFindFiles) FindFileRoutine();
     else if (id == tool::FindNext || id == tool::mnuFindNextFolderwithFiles) FindNext();

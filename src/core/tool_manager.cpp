@@ -2,6 +2,7 @@
 
 #include "core/globals.h"
 #include "core/tool_table.h"
+#include "tool_ids.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -151,9 +152,9 @@ void ToolManager::build(const QString &imageDir)
     // The date and time show on every toolbar that has room for them.
     for (int p = 3; p <= 6; ++p) {
         bars_[p]->addSeparator();
-        for (const char *id : {"ID_Date", "ID_Time"}) {
-            bars_[p]->addAction(action(QString::fromLatin1(id)));
-            if (auto *btn = qobject_cast<QToolButton *>(bars_[p]->widgetForAction(action(QString::fromLatin1(id)))))
+        for (QLatin1String id : {tool::Date, tool::Time}) {
+            bars_[p]->addAction(action(id));
+            if (auto *btn = qobject_cast<QToolButton *>(bars_[p]->widgetForAction(action(id))))
                 btn->setToolButtonStyle(Qt::ToolButtonTextOnly);
         }
     }

@@ -168,9 +168,8 @@ void PicturesModule::setTool(const QString &id, bool on) {
     const bool was = toolState_.contains(id) ? toolState_.value(id) : host_.tools().isChecked(id);
     toolState_.insert(id, on);
     if (was == on && !G.SuppressToolCommand) {
-        G.SuppressToolCommand = true;
+        SuppressTools quiet;
         host_.tools().setChecked(id, on);
-        G.SuppressToolCommand = false;
         return;
     }
     host_.tools().setChecked(id, on);
@@ -191,8 +190,9 @@ QStringList PicturesModule::handledTools() const {
     return {kViewNormal,          kViewStretch,       kViewSnap,         kViewFit,
             kViewZoom,            kViewMagnify,       kViewPan,          tool::mnuImageReset,
             tool::mnuCopy,        tool::mnuRemoveRed_Eye, tool::mnuBrightness, tool::mnuContrast,
-            tool::Resize,         tool::mnuImageViewDropDown, tool::EditImage, tool::EditColors,
-            tool::PrintImage};
+            tool::Resize,         tool::mnuImageViewDropDown};
+    // The edit and print tools answer with the save question already, but stay grey until
+    // the editors and the print window are part of the build.
 }
 
 bool PicturesModule::pictureWithoutFile() const { return AcquiredPicture && Image1->bitsPerPixel() > 0; }
@@ -325,14 +325,15 @@ void PicturesModule::LoadImage(const QString &path) {
     QListWidgetItem *current = List3->currentItem();
     const QString currentPath = current ? current->text() : QString();
     if (!currentPath.isEmpty()) host_.AddViewMenuItem(currentPath);
-    G.SuppressToolCommand = true;
-    if (!currentPath.isEmpty()) setTool(currentPath, true);
-    setTool(kViewFit, false);
-    setTool(kViewStretch, false);
-    setTool(kViewSnap, false);
-    setTool(kViewZoom, false);
-    setTool(kViewNormal, true);
-    G.SuppressToolCommand = false;
+    {
+        SuppressTools quiet;
+        if (!currentPath.isEmpty()) setTool(currentPath, true);
+        setTool(kViewFit, false);
+        setTool(kViewStretch, false);
+        setTool(kViewSnap, false);
+        setTool(kViewZoom, false);
+        setTool(kViewNormal, true);
+    }
     if (!host_.state().StartingUp && G.Options.AutoPicture) host_.selectTab(2);
 }
 
@@ -582,25 +583,25 @@ void PicturesModule::ViewNormal() {
 }
 
 void PicturesModule::ViewStretch() {
-    G.SuppressToolCommand = true;
-    if (MagnifyOn) stopGlassQuietly();
-    Image1->setPainting(true);
-    Image1->setAutoSize(false);
-    Image1->setDragPan(true);
-    Image1->setSizeMode(ImagingControl::SizeStretch);
-    Image1->showPanWindow(false);
-    setTool(kViewPan, false);
-    setTool(kViewNormal, false);
-    ResizeImage();
-    G.SuppressToolCommand = false;
+    {
+        SuppressTools quiet;
+        if (MagnifyOn) stopGlassQuietly();
+        Image1->setPainting(true);
+        Image1->setAutoSize(false);
+        Image1->setDragPan(true);
+        Image1->setSizeMode(ImagingControl::SizeStretch);
+        Image1->showPanWindow(false);
+        setTool(kViewPan, false);
+        setTool(kViewNormal, false);
+        ResizeImage();
+    }
     StretchOn = true;
 }
 
 void PicturesModule::ViewFit() {
     if (MagnifyOn) {
-        G.SuppressToolCommand = true;
+        SuppressTools quiet;
         stopGlassQuietly();
-        G.SuppressToolCommand = false;
     }
     Image1->setAutoSize(false);
     Image1->resize(std::max(0, int(std::lround((frame_->width() * kTwips - 475.0) / kTwips))),
@@ -611,9 +612,8 @@ void PicturesModule::ViewFit() {
 
 void PicturesModule::ViewSnap() {
     if (MagnifyOn) {
-        G.SuppressToolCommand = true;
+        SuppressTools quiet;
         stopGlassQuietly();
-        G.SuppressToolCommand = false;
     }
     SnapWindow();
 }
@@ -688,9 +688,10 @@ void PicturesModule::StartMagnify() {
 }
 
 void PicturesModule::StopMagnify() {
-    G.SuppressToolCommand = true;
-    setTool(kViewMagnify, false);
-    G.SuppressToolCommand = false;
+    {
+        SuppressTools quiet;
+        setTool(kViewMagnify, false);
+    }
     Image1->stopMagnifier();
     Image1->setDragPan(true);
     MagnifyOn = false;
@@ -698,17 +699,15 @@ void PicturesModule::StopMagnify() {
 
 void PicturesModule::ViewPan() {
     if (!PanOn) {
-        G.SuppressToolCommand = true;
-        if (MagnifyOn) {
-            StopMagnify();
-            // The stop clears the flag on its way out; the two tool states below must still
-            // change silently, or Magnify's would start the glass again and Pan's would come
-            // back into this routine without end.
-            G.SuppressToolCommand = true;
+        {
+            // The two tool states change silently, or Magnify's would start the glass again
+            // and Pan's would come back into this routine without end; the stop of the glass
+            // inside keeps the flag on for them.
+            SuppressTools quiet;
+            if (MagnifyOn) StopMagnify();
+            setTool(kViewMagnify, false);
+            setTool(kViewPan, true);
         }
-        setTool(kViewMagnify, false);
-        setTool(kViewPan, true);
-        G.SuppressToolCommand = false;
         ImagingControl::PanWindowProps &p = Image1->panWindowProps();
         p.left = win().x() + 100;
         p.top = win().x() + 100;  // the window's left edge, not its top: as designed
@@ -727,9 +726,8 @@ void PicturesModule::ViewPan() {
     } else {
         Image1->showPanWindow(false);
         PanOn = false;
-        G.SuppressToolCommand = true;
+        SuppressTools quiet;
         setTool(kViewPan, false);
-        G.SuppressToolCommand = false;
     }
 }
 
