@@ -32,7 +32,7 @@ private:
 };
 }  // namespace
 
-HelpViewer::HelpViewer(const QString &helpDir, QWidget *parent) : QWidget(parent, Qt::Window)
+HelpViewer::HelpViewer(const QString &helpDir, QWidget *parent) : HelpWindow(parent, Qt::Window)
 {
     setObjectName(QStringLiteral("HelpViewer"));
     setWindowTitle(QStringLiteral("Tarnwick 2.0 Help"));
@@ -107,3 +107,9 @@ QString HelpViewer::currentPage() const { return page_->source().toString(); }
 QString HelpViewer::currentTitle() const { return page_->documentTitle(); }
 
 }  // namespace tw
+
+// The module's one entry: the main window loads it by name.
+extern "C" Q_DECL_EXPORT tw::HelpWindow *twMakeHelpWindow(const QString &helpDir, QWidget *parent)
+{
+    return new tw::HelpViewer(helpDir, parent);
+}

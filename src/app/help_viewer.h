@@ -2,7 +2,7 @@
 // full-text search.
 #pragma once
 
-#include <QWidget>
+#include "help_window.h"
 
 class QHelpEngine;
 class QTabWidget;
@@ -10,15 +10,15 @@ class QTextBrowser;
 
 namespace tw {
 
-class HelpViewer : public QWidget {
+class HelpViewer : public HelpWindow {
     Q_OBJECT
 public:
     HelpViewer(const QString &helpDir, QWidget *parent);
-    void showContents(bool search);
-    void showTopic(const QString &keyword);
+    void showContents(bool search) override;
+    void showTopic(const QString &keyword) override;
     bool ready() const { return ready_; }
-    QString currentPage() const;
-    QString currentTitle() const;
+    QString currentPage() const override;
+    QString currentTitle() const override;
 
 private:
     QHelpEngine *engine_ = nullptr;

@@ -13,7 +13,7 @@
 #include "core/tool_ids.h"
 #include "core/tool_manager.h"
 #include "core/tool_table.h"
-#include "help_viewer.h"
+#include "help_window.h"
 #include "resources_install.h"
 #include "select1.h"
 
@@ -885,16 +885,23 @@ void Tarnwick1::contextHelp(const QString &id)
     ToolBarComp1->setEnabled(tool::mnuHelpSearch, true);
 }
 
+bool Tarnwick1::openHelpWindow()
+{
+    if (help_) return true;
+    QString why;
+    help_ = makeHelpWindow(G.ProgramDir + QStringLiteral("/Help"), this, &why);
+    if (!help_) inform(QStringLiteral("Help is not available - ") + why, AppTitle, this);
+    return help_ != nullptr;
+}
+
 void Tarnwick1::showHelp(bool search)
 {
-    if (!help_) help_ = new HelpViewer(G.ProgramDir + QStringLiteral("/Help"), this);
-    help_->showContents(search);
+    if (openHelpWindow()) help_->showContents(search);
 }
 
 void Tarnwick1::showHelpTopic(const QString &topic)
 {
-    if (!help_) help_ = new HelpViewer(G.ProgramDir + QStringLiteral("/Help"), this);
-    help_->showTopic(topic);
+    if (openHelpWindow()) help_->showTopic(topic);
 }
 
 // ---------------------------------------------------------------- colours

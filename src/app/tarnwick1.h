@@ -23,7 +23,7 @@ class QTimer;
 namespace tw {
 
 class ToolManager;
-class HelpViewer;
+class HelpWindow;
 class Select1;
 
 class Tarnwick1 : public QMainWindow, public PageHost {
@@ -144,6 +144,7 @@ private:
     void shutDown();
     void contextHelp(const QString &id);
     void showHelp(bool search);
+    bool openHelpWindow();
     void showFocusedControlHelp();
 
 public:
@@ -158,7 +159,7 @@ private:
     bool programDirWritable_ = true;
     bool filterMenuErrorShown_ = false;
     QString helpFile_;
-    HelpViewer *help_ = nullptr;
+    HelpWindow *help_ = nullptr;
     int tabBeforeChange_ = 1;
     bool inTabChange_ = false;
 };

@@ -2,6 +2,7 @@
 
 #include "core/globals.h"
 #include "core/tool_table.h"
+#include "lazy_icon.h"
 #include "tool_ids.h"
 
 #include <QAction>
@@ -37,7 +38,7 @@ Tool *ToolManager::make(const QString &id, const QString &caption, const QString
     t->action->setIconVisibleInMenu(true);
     if (!image.isEmpty()) {
         const QString f = imageDir_ + u'/' + image;
-        if (QFileInfo::exists(f)) t->action->setIcon(QIcon(f));
+        if (QFileInfo::exists(f)) t->action->setIcon(lazyFileIcon(f));
     }
     tools_.insert(id, t);
     order_ << id;
@@ -292,7 +293,7 @@ Tool *ToolManager::addDynamicTool(const QString &id, const QString &category,
     t->action = new QAction(id, window_);
     t->action->setObjectName(id);
     t->action->setIconVisibleInMenu(true);
-    if (!image.isEmpty() && QFileInfo::exists(image)) t->action->setIcon(QIcon(image));
+    if (!image.isEmpty() && QFileInfo::exists(image)) t->action->setIcon(lazyFileIcon(image));
     tools_.insert(id, t);
     order_ << id;
     if (category == QLatin1String("MenuViewList")) {
