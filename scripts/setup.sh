@@ -13,7 +13,7 @@ PKGS=(
   libsane-dev sane-utils
   libgtest-dev libgmock-dev libbenchmark-dev
   libjpeg-turbo-progs poppler-utils
-  adwaita-icon-theme hicolor-icon-theme
+  adwaita-icon-theme hicolor-icon-theme desktop-file-utils
   xvfb xauth
 )
 missing=()

@@ -10,6 +10,8 @@ int main(int argc, char **argv)
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("tarnwick"));
     QApplication::setApplicationDisplayName(QString());
+    // Ties the window to the installed desktop entry (its name and icon) under Wayland.
+    QGuiApplication::setDesktopFileName(QStringLiteral("tarnwick"));
     // The media engine refuses a numeric locale other than C.
     std::setlocale(LC_NUMERIC, "C");
     QStringList args = QCoreApplication::arguments();

@@ -6,17 +6,18 @@
 #include <QFile>
 #include <QFileInfo>
 
-static void initProgramResources() { Q_INIT_RESOURCE(program); }
-
 namespace tw {
 
-QString shippedHelpDir()
+QString shippedDataDir()
 {
-    // Beside the executable in the build tree: bin/../share/tarnwick/Help.
+    // Found from where the program lies, never from where it was built: the installation's
+    // data folder relative to its bin folder, then bin/../share/tarnwick as the build tree
+    // lays it out. TIPHELP.TXT marks the folder.
     const QString exeDir = QCoreApplication::applicationDirPath();
-    for (const QString &c : {exeDir + QStringLiteral("/../share/tarnwick/Help"),
-                             exeDir + QStringLiteral("/../../share/tarnwick/Help")}) {
-        if (QFileInfo::exists(c + QStringLiteral("/Ostrel.qhc"))) return QDir::cleanPath(c);
+    if (exeDir.isEmpty()) return QString();
+    for (const QString &c : {exeDir + QStringLiteral("/" TW_DATA_FROM_BIN),
+                             exeDir + QStringLiteral("/../share/tarnwick")}) {
+        if (QFileInfo::exists(c + QStringLiteral("/TIPHELP.TXT"))) return QDir::cleanPath(c);
     }
     return QString();
 }
@@ -32,22 +33,19 @@ static bool copyMissing(const QString &from, const QString &to)
 
 bool installProgramResources(const QString &programDir)
 {
-    initProgramResources();
     QDir d;
     if (!d.mkpath(programDir)) return false;
-    bool ok = d.mkpath(programDir + QStringLiteral("/BMPS"));
-    QDirIterator it(QStringLiteral(":/program"), QDirIterator::Subdirectories);
+    const QString shipped = shippedDataDir();
+    if (shipped.isEmpty()) return false;
+    // Every shipped file in its folder; what the user already has (and may have edited)
+    // stays as it is.
+    bool ok = true;
+    const QDir from(shipped);
+    QDirIterator it(shipped, QDir::Files | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
     while (it.hasNext()) {
         const QString src = it.next();
-        if (QFileInfo(src).isDir()) continue;
-        const QString rel = src.mid(QStringLiteral(":/program/").size());
-        ok = copyMissing(src, programDir + u'/' + rel) && ok;
-    }
-    const QString help = shippedHelpDir();
-    if (!help.isEmpty()) {
-        d.mkpath(programDir + QStringLiteral("/Help"));
-        for (const QString &f : QDir(help).entryList(QDir::Files))
-            ok = copyMissing(help + u'/' + f, programDir + QStringLiteral("/Help/") + f) && ok;
+        const QString to = programDir + u'/' + from.relativeFilePath(src);
+        ok = d.mkpath(QFileInfo(to).path()) && copyMissing(src, to) && ok;
     }
     return ok;
 }

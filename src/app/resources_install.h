@@ -7,9 +7,10 @@
 namespace tw {
 
 // Copies every shipped file that the program folder does not hold yet; false when the
-// folder cannot be written.
+// folder cannot be written or the shipped files cannot be found.
 bool installProgramResources(const QString &programDir);
-// Where the compiled help collection of this build lies.
-QString shippedHelpDir();
+// The folder of shipped files: share/tarnwick beside the program's bin folder, in the
+// build tree as once installed. Empty when it cannot be found.
+QString shippedDataDir();
 
 }  // namespace tw
