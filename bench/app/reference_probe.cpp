@@ -39,18 +39,18 @@ int main(int argc, char **argv)
     }
 
     const QStyle::StandardPixmap icons[15] = {
-        QStyle::SP_DirOpenIcon,          QStyle::SP_DialogSaveButton,   QStyle::SP_FileDialogBack,
-        QStyle::SP_ArrowBack,            QStyle::SP_ArrowForward,       QStyle::SP_ArrowUp,
-        QStyle::SP_BrowserReload,        QStyle::SP_BrowserStop,        QStyle::SP_FileDialogDetailedView,
-        QStyle::SP_FileDialogListView,   QStyle::SP_FileDialogNewFolder, QStyle::SP_TrashIcon,
-        QStyle::SP_MediaPlay,            QStyle::SP_MediaStop,          QStyle::SP_DialogHelpButton,
+        QStyle::SP_DirOpenIcon,        QStyle::SP_DialogSaveButton,    QStyle::SP_FileDialogBack,
+        QStyle::SP_ArrowBack,          QStyle::SP_ArrowForward,        QStyle::SP_ArrowUp,
+        QStyle::SP_BrowserReload,      QStyle::SP_BrowserStop,         QStyle::SP_FileDialogDetailedView,
+        QStyle::SP_FileDialogListView, QStyle::SP_FileDialogNewFolder, QStyle::SP_TrashIcon,
+        QStyle::SP_MediaPlay,          QStyle::SP_MediaStop,           QStyle::SP_DialogHelpButton,
     };
     QToolBar *bar = w.addToolBar(QStringLiteral("Tools"));
     for (int i = 0; i < 15; ++i)
         bar->addAction(w.style()->standardIcon(icons[i]), QStringLiteral("Tool %1").arg(i + 1));
 
     auto *tabs = new QTabWidget(&w);
-    const char *captions[8] = {"Find", "Pictures", "Videos", "Music",
+    const char *captions[8] = {"Find",  "Pictures",  "Videos",   "Music",
                                "Slide", "Documents", "Internet", "Tools"};
     auto *first = new QWidget;
     auto *lay = new QVBoxLayout(first);

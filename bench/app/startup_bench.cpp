@@ -66,8 +66,9 @@ bool runOnce(const std::string &program, Sample *out)
     std::string text;
     bool painted = false;
     for (;;) {
-        const auto waited = std::chrono::duration_cast<std::chrono::milliseconds>(
-                                std::chrono::steady_clock::now() - t0).count();
+        const auto waited =
+            std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - t0)
+                .count();
         if (waited >= kProbeTimeoutMs) break;
         pollfd p{fds[0], POLLIN, 0};
         const int r = poll(&p, 1, static_cast<int>(kProbeTimeoutMs - waited));
@@ -79,7 +80,8 @@ bool runOnce(const std::string &program, Sample *out)
         text.append(buf, static_cast<size_t>(n));
         const size_t at = text.find("painted ");
         if (at != std::string::npos && text.find('\n', at) != std::string::npos) {
-            out->ms = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - t0).count();
+            out->ms =
+                std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - t0).count();
             painted = std::sscanf(text.c_str() + at, "painted %ld", &out->kib) == 1;
             break;
         }
@@ -196,11 +198,11 @@ int main(int argc, char **argv)
     const double t[3] = {median(probes[0].ms), median(probes[1].ms), median(probes[2].ms)};
     const double m[3] = {median(probes[0].mib), median(probes[1].mib), median(probes[2].mib)};
     std::printf("medians of %d alternating runs each\n", runs);
-    std::printf("%-32s %12s %12s %12s %16s %12s\n", "", "main window", "reference", "bare",
-                "main/reference", "main/bare");
-    std::printf("%-32s %9.1f ms %9.1f ms %9.1f ms %16.2f %12.2f\n", "process start to first paint",
-                t[0], t[1], t[2], t[0] / t[1], t[0] / t[2]);
-    std::printf("%-32s %8.1f MiB %8.1f MiB %8.1f MiB %16.2f %12.2f\n", "resident memory at first paint",
-                m[0], m[1], m[2], m[0] / m[1], m[0] / m[2]);
+    std::printf("%-32s %12s %12s %12s %16s %12s\n", "", "main window", "reference", "bare", "main/reference",
+                "main/bare");
+    std::printf("%-32s %9.1f ms %9.1f ms %9.1f ms %16.2f %12.2f\n", "process start to first paint", t[0],
+                t[1], t[2], t[0] / t[1], t[0] / t[2]);
+    std::printf("%-32s %8.1f MiB %8.1f MiB %8.1f MiB %16.2f %12.2f\n", "resident memory at first paint", m[0],
+                m[1], m[2], m[0] / m[1], m[0] / m[2]);
     return 0;
 }

@@ -46,8 +46,9 @@ void makeTree()
                 QDir().mkpath(dir);
                 const bool last = t == Top - 1 && m == Mid - 1 && l == Leaf - 1;
                 for (int f = 0; f < FilesPerLeaf; ++f) {
-                    const QString name = (last && f == 0) ? QStringLiteral("target.qqz")
-                                                          : QStringLiteral("f%1.%2").arg(f).arg(f % 2 ? "jpg" : "txt");
+                    const QString name = (last && f == 0)
+                        ? QStringLiteral("target.qqz")
+                        : QStringLiteral("f%1.%2").arg(f).arg(f % 2 ? "jpg" : "txt");
                     const QByteArray p = QFile::encodeName(dir + u'/' + name);
                     const int fd = ::open(p.constData(), O_CREAT | O_WRONLY, 0644);
                     if (fd >= 0) {
@@ -126,7 +127,8 @@ void BM_FindTypeD(benchmark::State &state)
         const double s = runFind();
         state.SetIterationTime(s);
     }
-    state.counters["nodes_per_s"] = benchmark::Counter(dirs * double(state.iterations()), benchmark::Counter::kIsRate);
+    state.counters["nodes_per_s"] =
+        benchmark::Counter(dirs * double(state.iterations()), benchmark::Counter::kIsRate);
 }
 
 void BM_SearchWalk(benchmark::State &state)

@@ -23,7 +23,8 @@ using namespace tw;
 
 namespace {
 
-long peakKiB(const char *key) {
+long peakKiB(const char *key)
+{
     QFile f(QStringLiteral("/proc/self/status"));
     if (!f.open(QIODevice::ReadOnly)) return -1;
     for (const QByteArray &line : f.readAll().split('\n'))
@@ -31,12 +32,14 @@ long peakKiB(const char *key) {
     return -1;
 }
 
-void resetPeak() {
+void resetPeak()
+{
     QFile f(QStringLiteral("/proc/self/clear_refs"));
     if (f.open(QIODevice::WriteOnly)) f.write("5");
 }
 
-double djpegMs(const QString &file) {
+double djpegMs(const QString &file)
+{
     double best = 1e9;
     for (int i = 0; i < 3; ++i) {
         QElapsedTimer t;
@@ -49,7 +52,8 @@ double djpegMs(const QString &file) {
     return best;
 }
 
-double openUntilPaint(const QString &file, int sizeMode) {
+double openUntilPaint(const QString &file, int sizeMode)
+{
     double best = 1e9;
     for (int i = 0; i < 3; ++i) {
         QWidget frame;
@@ -72,7 +76,8 @@ double openUntilPaint(const QString &file, int sizeMode) {
 
 // The whole road of a double click: DisplayFile on the main window until Image1 has painted
 // the picture. Fit: the Fit command right after the load, until it has painted again.
-double displayFileUntilPaint(const QString &file, bool fit) {
+double displayFileUntilPaint(const QString &file, bool fit)
+{
     double best = 1e9;
     for (int i = 0; i < 3; ++i) {
         tw::Tarnwick1 w{QString()};
@@ -100,7 +105,8 @@ double displayFileUntilPaint(const QString &file, bool fit) {
 
 }  // namespace
 
-int main(int argc, char **argv) {
+int main(int argc, char **argv)
+{
     QApplication app(argc, argv);
     QTextStream out(stdout);
     QTemporaryDir dir;

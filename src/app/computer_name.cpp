@@ -26,8 +26,7 @@ QStringList networkShareHosts()
             QString host;
             if (type == QLatin1String("cifs") || type == QLatin1String("smbfs")) {
                 host = src.section(u'/', 2, 2);  // //host/share
-            } else if (type.startsWith(QLatin1String("nfs"))
-                       || type == QLatin1String("fuse.sshfs")) {
+            } else if (type.startsWith(QLatin1String("nfs")) || type == QLatin1String("fuse.sshfs")) {
                 host = src.section(u':', 0, 0).section(u'@', -1);
             }
             if (!host.isEmpty() && !hosts.contains(host, Qt::CaseInsensitive)) hosts << host;

@@ -77,18 +77,18 @@ HelpViewer::HelpViewer(const QString &helpDir, QWidget *parent) : HelpWindow(par
             [this](const QUrl &u) { page_->setSource(u); });
     connect(engine_->indexWidget(), &QHelpIndexWidget::documentActivated, this,
             [this](const QHelpLink &l, const QString &) { page_->setSource(l.url); });
-    connect(engine_->searchEngine()->queryWidget(), &QHelpSearchQueryWidget::search, this,
-            [this] { engine_->searchEngine()->search(engine_->searchEngine()->queryWidget()->searchInput()); });
-    connect(engine_->searchEngine()->resultWidget(), &QHelpSearchResultWidget::requestShowLink,
-            page_, [this](const QUrl &u) { page_->setSource(u); });
+    connect(engine_->searchEngine()->queryWidget(), &QHelpSearchQueryWidget::search, this, [this] {
+        engine_->searchEngine()->search(engine_->searchEngine()->queryWidget()->searchInput());
+    });
+    connect(engine_->searchEngine()->resultWidget(), &QHelpSearchResultWidget::requestShowLink, page_,
+            [this](const QUrl &u) { page_->setSource(u); });
     if (ready_) engine_->searchEngine()->reindexDocumentation();
 }
 
 void HelpViewer::showContents(bool search)
 {
     side_->setCurrentIndex(search ? 2 : 0);
-    if (ready_)
-        page_->setSource(QUrl(QStringLiteral("qthelp://tarnwick.help.2.0/doc/index.html")));
+    if (ready_) page_->setSource(QUrl(QStringLiteral("qthelp://tarnwick.help.2.0/doc/index.html")));
     show();
     raise();
 }
@@ -96,8 +96,8 @@ void HelpViewer::showContents(bool search)
 void HelpViewer::showTopic(const QString &keyword)
 {
     if (ready_)
-        page_->setSource(QUrl(QStringLiteral("qthelp://tarnwick.help.2.0/doc/") + keyword
-                              + QStringLiteral(".html")));
+        page_->setSource(
+            QUrl(QStringLiteral("qthelp://tarnwick.help.2.0/doc/") + keyword + QStringLiteral(".html")));
     show();
     raise();
 }

@@ -15,8 +15,8 @@ QString shippedDataDir()
     // lays it out. TIPHELP.TXT marks the folder.
     const QString exeDir = QCoreApplication::applicationDirPath();
     if (exeDir.isEmpty()) return QString();
-    for (const QString &c : {exeDir + QStringLiteral("/" TW_DATA_FROM_BIN),
-                             exeDir + QStringLiteral("/../share/tarnwick")}) {
+    for (const QString &c :
+         {exeDir + QStringLiteral("/" TW_DATA_FROM_BIN), exeDir + QStringLiteral("/../share/tarnwick")}) {
         if (QFileInfo::exists(c + QStringLiteral("/TIPHELP.TXT"))) return QDir::cleanPath(c);
     }
     return QString();
@@ -26,8 +26,7 @@ static bool copyMissing(const QString &from, const QString &to)
 {
     if (QFileInfo::exists(to)) return true;
     if (!QFile::copy(from, to)) return false;
-    QFile::setPermissions(to, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup
-                                  | QFile::ReadOther);
+    QFile::setPermissions(to, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
     return true;
 }
 

@@ -118,14 +118,17 @@ void Tarnwick1::registerRoutines()
     none(QStringLiteral("ApplyColors"), [this] { ApplyColors(); });
     none(QStringLiteral("GetThisComputerName"), [this] { GetThisComputerName(); });
     none(QStringLiteral("SetComputerName"), [this] { SetComputerName(); });
-    withPath(QStringLiteral("SelectTab"), [this](const QString &a) {
-        selectTab(tabIndex(a) ? tabIndex(a) : a.toInt());
-    });
+    withPath(QStringLiteral("SelectTab"),
+             [this](const QString &a) { selectTab(tabIndex(a) ? tabIndex(a) : a.toInt()); });
     // The option store's routines, for scenarios that edit the settings behind the window.
-    store(QStringLiteral("SaveOptions"), [] { return tw::SaveOptions(G.Options, G.ProgramDir); }, false);
-    store(QStringLiteral("SaveColors"), [] { return tw::SaveColors(G.Colors, G.ProgramDir); }, false);
-    store(QStringLiteral("LoadOptions"), [] { return tw::LoadOptions(G.Options, G.ProgramDir); }, true);
-    store(QStringLiteral("LoadColors"), [] { return tw::LoadColors(G.Colors, G.ProgramDir); }, true);
+    store(
+        QStringLiteral("SaveOptions"), [] { return tw::SaveOptions(G.Options, G.ProgramDir); }, false);
+    store(
+        QStringLiteral("SaveColors"), [] { return tw::SaveColors(G.Colors, G.ProgramDir); }, false);
+    store(
+        QStringLiteral("LoadOptions"), [] { return tw::LoadOptions(G.Options, G.ProgramDir); }, true);
+    store(
+        QStringLiteral("LoadColors"), [] { return tw::LoadColors(G.Colors, G.ProgramDir); }, true);
     none(QStringLiteral("SetDefaultOptions"), [] { tw::SetDefaultOptions(G.Options, G.ProgramDir); });
     none(QStringLiteral("SetDefaultColors"), [] { tw::SetDefaultColors(G.Colors); });
     withPath(QStringLiteral("OnToolClick"), [this](const QString &p) { OnToolClick(p); });
@@ -157,7 +160,8 @@ Tarnwick1::~Tarnwick1()
     delete SelectWin;
     SelectWin = nullptr;
     // The pages go before the controls they hold.
-    for (auto &p : pages_) if (p) p.reset();
+    for (auto &p : pages_)
+        if (p) p.reset();
 }
 
 // ---------------------------------------------------------------- controls
@@ -310,15 +314,15 @@ void Tarnwick1::greyUnhandledTools()
     // A command tool that neither the window nor a page answers belongs to a feature this
     // build does not have: it is present and stays grey. Menus and labels are no commands.
     QStringList handled = windowTools();
-    for (const auto &p : pages_) if (p) handled += p->handledTools();
+    for (const auto &p : pages_)
+        if (p) handled += p->handledTools();
     for (const ToolDef &d : toolTable()) {
         if (d.kind == ToolKind::Menu || d.kind == ToolKind::Label) continue;
         if (!handled.contains(d.id)) ToolBarComp1->markUnbuilt({d.id});
     }
     const QStringList unknown = unknownHandledTools();
     if (!unknown.isEmpty())
-        qWarning("Tarnwick1: handled tools missing from the tool table: %s",
-                 qPrintable(unknown.join(u' ')));
+        qWarning("Tarnwick1: handled tools missing from the tool table: %s", qPrintable(unknown.join(u' ')));
 }
 
 // ---------------------------------------------------------------- start-up
@@ -396,7 +400,8 @@ void Tarnwick1::startUp(const QString &raw)
     helpFile_ = G.ProgramDir + QStringLiteral("/Help/Ostrel.Hlp");
 
     // 11, 14, 15: the pages' own steps (the splitter of the Find tab, the play-list folders).
-    for (auto &p : pages_) if (p) p->startUp();
+    for (auto &p : pages_)
+        if (p) p->startUp();
 
     // 16. Reset, file commands off, colours on.
     ResetSession();
@@ -452,7 +457,8 @@ void Tarnwick1::ResetSession()
     G.FromInternet = false;
     G.InternetPictureLoaded = false;
     G.SwitchToFileTab = true;
-    for (auto &p : pages_) if (p) p->reset();
+    for (auto &p : pages_)
+        if (p) p->reset();
 }
 
 // ---------------------------------------------------------------- activation
@@ -687,11 +693,12 @@ void Tarnwick1::LoadText(const QString &path)
 
 void Tarnwick1::SetFileCommands(bool on)
 {
-    for (QLatin1String id : {tool::mnuCloseFile, tool::mnuSaveFileAs, tool::mnuRenameFile,
-                             tool::mnuDeleteFile, tool::mnuConvertFiles, tool::mnuProperties,
-                             tool::mnuPrintFiles, tool::Print, tool::mnuOpenOLE})
+    for (QLatin1String id :
+         {tool::mnuCloseFile, tool::mnuSaveFileAs, tool::mnuRenameFile, tool::mnuDeleteFile,
+          tool::mnuConvertFiles, tool::mnuProperties, tool::mnuPrintFiles, tool::Print, tool::mnuOpenOLE})
         ToolBarComp1->setEnabled(id, on);
-    for (auto &p : pages_) if (p) p->fileCommandsChanged(on);
+    for (auto &p : pages_)
+        if (p) p->fileCommandsChanged(on);
 }
 
 // ---------------------------------------------------------------- tabs
@@ -735,7 +742,8 @@ void Tarnwick1::OnTabLeaving(int newTab, int oldTab)
         if (areaHidden) ToolBarComp1->setToolAreaVisible(false);
         else if (!ToolBarComp1->toolAreaVisible()) ToolBarComp1->setToolAreaVisible(true);
         ToolBarComp1->setAllEnabled(true);
-        for (auto &p : pages_) if (p) p->tabChanging();
+        for (auto &p : pages_)
+            if (p) p->tabChanging();
     }
     G.SuppressToolCommand = false;
     State.PreviousTab = static_cast<int16_t>(selectedTab());
@@ -963,7 +971,8 @@ void Tarnwick1::shutDown()
     G.Options.WindowHeight = g.height() * 15;
     G.Options.WindowWidth = g.width() * 15;
     // 4. The folder of the list, and what else each page keeps.
-    for (auto &p : pages_) if (p) p->shutDown();
+    for (auto &p : pages_)
+        if (p) p->shutDown();
     // 5. Options.INI.
     const StoreResult r = SaveOptions(G.Options, G.ProgramDir);
     if (!r.ok) inform(r.message, AppTitle, this);

@@ -36,7 +36,10 @@ public:
         });
     }
 
-    QString tabTitle() const override { return AppTitle + QStringLiteral(" - Set Window and Program Colors and Options"); }
+    QString tabTitle() const override
+    {
+        return AppTitle + QStringLiteral(" - Set Window and Program Colors and Options");
+    }
     void layout() override
     {
         if (Tools) Tools->layoutTab();

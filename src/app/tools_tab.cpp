@@ -33,20 +33,13 @@ struct ColorRow {
     int backField;
 };
 const ColorRow kRows[14] = {
-    {0, "Select Color for Service Windows:", 0},
-    {1, "Select Color for Menus and Toolbar:", 2},
-    {2, "Select Color for Window Tabs:", 4},
-    {3, "Select Color for Selection Window:", 10},
-    {4, "Select Color for List Boxes:", 6},
-    {5, "Select Color for ThumbNail Window:", 16},
-    {6, "Select Color for ThumbNails:", 12},
-    {7, "Select Color for Picture Window:", 18},
-    {8, "Select Color for Video Window:", 20},
-    {9, "Select Color for Music Window:", 22},
-    {10, "Select Color for Document Window:", 24},
-    {11, "Select Color for Internet Window:", 26},
-    {12, "Select Color for Entry Fields:", 8},
-    {13, "Select Color for Command Buttons:", 28},
+    {0, "Select Color for Service Windows:", 0},   {1, "Select Color for Menus and Toolbar:", 2},
+    {2, "Select Color for Window Tabs:", 4},       {3, "Select Color for Selection Window:", 10},
+    {4, "Select Color for List Boxes:", 6},        {5, "Select Color for ThumbNail Window:", 16},
+    {6, "Select Color for ThumbNails:", 12},       {7, "Select Color for Picture Window:", 18},
+    {8, "Select Color for Video Window:", 20},     {9, "Select Color for Music Window:", 22},
+    {10, "Select Color for Document Window:", 24}, {11, "Select Color for Internet Window:", 26},
+    {12, "Select Color for Entry Fields:", 8},     {13, "Select Color for Command Buttons:", 28},
 };
 
 QString twoDecimals(double v) { return QString::number(v, 'f', 2); }
@@ -176,8 +169,8 @@ ToolsTab::ToolsTab(PageHost &w, QWidget *parent) : QWidget(parent), w_(w)
         g->addWidget(makeCombo(c, name, label, items, SSFrame1[0]), gRow, 0);
         g->addWidget(c, gRow++, 1);
     };
-    gridCombo(CMBMENUTYPE, "CMBMENUTYPE", "Menu Font Style:",
-              {"None", "Light Raised", "Heavy Raised", "Light Inset", "Heavy Inset"});
+    gridCombo(CMBMENUTYPE, "CMBMENUTYPE",
+              "Menu Font Style:", {"None", "Light Raised", "Heavy Raised", "Light Inset", "Heavy Inset"});
     gridCombo(CMBMENU, "CMBMENU", "Menu Style:", {"Windows 95/98", "Windows 2000", "Windows XP"});
     gridCombo(CMBFONTTYPE, "CMBFONTTYPE", "Label Font Style:",
               {"None", "Raised Light", "Raised Heavy", "Lowered Light", "Lowered Heavy"});
@@ -192,7 +185,8 @@ ToolsTab::ToolsTab(PageHost &w, QWidget *parent) : QWidget(parent), w_(w)
     SCOPTJPEGQ->setPageStep(10);
     JpegQualityLabel = new QLabel(SSFrame1[0]);
     JpegQualityLabel->setObjectName(QStringLiteral("LabelJpegQ"));
-    JpegQualityLabel->setMinimumWidth(JpegQualityLabel->fontMetrics().horizontalAdvance(QStringLiteral("999")) + 4);
+    JpegQualityLabel->setMinimumWidth(JpegQualityLabel->fontMetrics().horizontalAdvance(QStringLiteral("999"))
+                                      + 4);
     jrow->addWidget(SCOPTJPEGQ, 1);
     jrow->addWidget(JpegQualityLabel);
     g->addLayout(jrow, gRow++, 1);
@@ -358,8 +352,7 @@ bool ToolsTab::ValidateOptions()
                     Text4[2]);
     const double next = Val(Text4[3]->text());
     if (next < 500 || next > 2500)
-        return fail(QStringLiteral("Enter a Number between 500 and 2500 of Files to Search Next"),
-                    Text4[3]);
+        return fail(QStringLiteral("Enter a Number between 500 and 2500 of Files to Search Next"), Text4[3]);
     return true;
 }
 

@@ -40,8 +40,7 @@ public:
     QCheckBox *CHKBOLD = nullptr, *CHKSAVEFOLDER = nullptr, *CHKDOCUMENTTEXT = nullptr,
               *CHKAUTOPICT = nullptr, *CHKAUTOVIDEO = nullptr, *CHKAUTOMUSIC = nullptr,
               *CHKOPTVIDEOLOOP = nullptr, *CHKOPTMUSICLOOP = nullptr, *CHKVIDEOLIST = nullptr;
-    QComboBox *CMBMENUTYPE = nullptr, *CMBMENU = nullptr, *CMBFONTTYPE = nullptr,
-              *CMBTHUMBRESL = nullptr;
+    QComboBox *CMBMENUTYPE = nullptr, *CMBMENU = nullptr, *CMBFONTTYPE = nullptr, *CMBTHUMBRESL = nullptr;
     QScrollBar *SCOPTJPEGQ = nullptr;
     QLabel *JpegQualityLabel = nullptr;
 

@@ -28,7 +28,10 @@ namespace tw {
 class BrowseModule::Host : public browse::SearchHost {
 public:
     explicit Host(BrowseModule &m) : m_(m) {}
-    void inform(const QString &text, const QString &title) override { tw::inform(text, title, m_.host_.window()); }
+    void inform(const QString &text, const QString &title) override
+    {
+        tw::inform(text, title, m_.host_.window());
+    }
     bool askYesNo(const QString &text) override { return tw::askYesNo(text, AppTitle, m_.host_.window()); }
     void setListPattern(const QString &pattern) override { m_.PTxShList1->setPattern(pattern); }
     void setListFolder(const QString &path) override { m_.PTxShList1->setFolder(path); }
@@ -114,7 +117,8 @@ void BrowseModule::build(QWidget *panel)
     connect(PTxShList1, &ShellList::itemSelected, this, [this] { onListItemSelected(false); });
     connect(PTxShList1, &ShellList::itemClicked, this, [this](const QString &) { onListItemSelected(true); });
     connect(PTxShList1, &ShellList::contentsChanged, this, &BrowseModule::onListContentsChanged);
-    connect(PTxShList1, &ShellList::itemDoubleClicked, this, [this](const QString &) { onListDoubleClicked(); });
+    connect(PTxShList1, &ShellList::itemDoubleClicked, this,
+            [this](const QString &) { onListDoubleClicked(); });
 
     // Escape reaches the walk from the main form, its tabs and its tool bars as well.
     QMainWindow *w = host_.window();
@@ -137,7 +141,8 @@ void BrowseModule::startUp()
     // 17. The list's view and its tool.
     const int m = int(G.Options.ListViewMode);
     setListViewMode(m);
-    static const QLatin1String viewTools[4] = {tool::LargeIcons, tool::SmallIcons, tool::ListIcons, tool::Details};
+    static const QLatin1String viewTools[4] = {tool::LargeIcons, tool::SmallIcons, tool::ListIcons,
+                                               tool::Details};
     SuppressTools quiet;
     if (m >= 0 && m <= 3) host_.tools().press(viewTools[m]);
 }
@@ -173,10 +178,19 @@ BrowseModule::~BrowseModule() = default;
 
 QStringList BrowseModule::handledTools() const
 {
-    return {tool::Find,       tool::FindNext,   tool::mnuFindFiles, tool::mnuFindNextFolderwithFiles,
-            tool::Collapse,   tool::mnuCollapseExplorerTreeList,    tool::UpFolder,
-            tool::LargeIcons, tool::SmallIcons, tool::ListIcons,    tool::Details,
-            tool::ViewBtn,    tool::mnuViewDropDownMenu};
+    return {tool::Find,
+            tool::FindNext,
+            tool::mnuFindFiles,
+            tool::mnuFindNextFolderwithFiles,
+            tool::Collapse,
+            tool::mnuCollapseExplorerTreeList,
+            tool::UpFolder,
+            tool::LargeIcons,
+            tool::SmallIcons,
+            tool::ListIcons,
+            tool::Details,
+            tool::ViewBtn,
+            tool::mnuViewDropDownMenu};
 }
 
 bool BrowseModule::toolClick(const QString &id)
@@ -341,8 +355,14 @@ void BrowseModule::setListViewMode(int mode)
     ensureBuilt();
     PTxShList1->setViewMode(mode);
 }
-QString BrowseModule::focusedItemPath() const { return PTxShList1 ? PTxShList1->focusedItemPath() : QString(); }
-QStringList BrowseModule::listItemPaths() const { return PTxShList1 ? PTxShList1->itemPaths() : QStringList(); }
+QString BrowseModule::focusedItemPath() const
+{
+    return PTxShList1 ? PTxShList1->focusedItemPath() : QString();
+}
+QStringList BrowseModule::listItemPaths() const
+{
+    return PTxShList1 ? PTxShList1->itemPaths() : QStringList();
+}
 
 TW_REGISTER_PAGE(1, BrowseModule);
 

@@ -97,15 +97,18 @@ int folderErrorNumber(int err)
     case ENOENT:
     case ENOTDIR:
     case ENAMETOOLONG:
-    case ELOOP: return ErrPathNotFound;
+    case ELOOP:
+        return ErrPathNotFound;
     case ENXIO:
     case ENODEV:
     case ENOMEDIUM:
     case EHOSTDOWN:
     case EHOSTUNREACH:
     case ETIMEDOUT:
-    case ESTALE: return ErrDeviceUnavailable;
-    default: return errorNumberFromErrno(err);
+    case ESTALE:
+        return ErrDeviceUnavailable;
+    default:
+        return errorNumberFromErrno(err);
     }
 }
 

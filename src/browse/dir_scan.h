@@ -21,7 +21,10 @@ struct FolderId {
     bool operator==(const FolderId &o) const { return valid && o.valid && dev == o.dev && ino == o.ino; }
 };
 struct FolderIdHash {
-    size_t operator()(const FolderId &f) const { return std::hash<uint64_t>()(uint64_t(f.dev) * 1000003u ^ uint64_t(f.ino)); }
+    size_t operator()(const FolderId &f) const
+    {
+        return std::hash<uint64_t>()(uint64_t(f.dev) * 1000003u ^ uint64_t(f.ino));
+    }
 };
 
 // The error number of a failed folder read: a folder that is not there is "Path not found"
@@ -47,8 +50,7 @@ struct ListEntry {
     qint64 mtimeMs = 0;
 };
 // Every visible entry (no leading dot); files only when they match Patterns (folders always).
-int readListEntries(const QString &path, const class PatternSet &patterns,
-                    std::vector<ListEntry> &out);
+int readListEntries(const QString &path, const class PatternSet &patterns, std::vector<ListEntry> &out);
 
 // A compiled list of semicolon-separated file patterns ("*.JPG;*.JPE"), matched ignoring
 // case; "*.*" matches every name. The same rules as the catalogue's pattern matcher, compiled
@@ -65,9 +67,9 @@ public:
 
 private:
     struct Glob {
-        QString text;          // the pattern, as given (trimmed)
-        QByteArray lower;      // ASCII-lowered UTF-8, for the byte matcher
-        bool all = false;      // "*" or "*.*"
+        QString text;  // the pattern, as given (trimmed)
+        QByteArray lower;  // ASCII-lowered UTF-8, for the byte matcher
+        bool all = false;  // "*" or "*.*"
         bool ascii = true;
         bool hasQuestion = false;
     };
@@ -80,7 +82,11 @@ private:
 // and count, as a file list control that refuses a bad path does.
 class FileCounter {
 public:
-    void setPattern(const QString &pattern) { patterns_.set(pattern); pattern_ = pattern; }
+    void setPattern(const QString &pattern)
+    {
+        patterns_.set(pattern);
+        pattern_ = pattern;
+    }
     const QString &pattern() const { return pattern_; }
     // Returns 0 or the error number; on success Path and ListCount change.
     int setPath(const QString &path);

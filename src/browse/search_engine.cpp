@@ -274,8 +274,8 @@ void SearchEngine::SearchFunction()
                             flow = Flow::NextNode;
                             return;
                         }
-                        const bool isVirtual = S.LastNodeError == 0 && !ancestor
-                                               && file1_.listCount() == 0 && nodePath.isEmpty();
+                        const bool isVirtual = S.LastNodeError == 0 && !ancestor && file1_.listCount() == 0
+                            && nodePath.isEmpty();
                         if (isVirtual && skipCount < 100 && networkAccepted) {
                             ++skipCount;
                             skipNames[skipCount] = nodeAt(i)->name.toUpper();

@@ -67,7 +67,8 @@ public:
     static inline const QString NetworkQuestion = QStringLiteral("Do You want to Search the Network?");
 
     SearchEngine(SearchState &state, ShellTreeModel &tree, FileCounter &file1, SearchHost &host)
-        : S(state), tree_(tree), file1_(file1), host_(host) {}
+        : S(state), tree_(tree), file1_(file1), host_(host)
+    {}
 
     void FindFileRoutine();
     void FindNext();
@@ -81,7 +82,7 @@ public:
 
     // Statistics of the last walk, for the benchmark.
     struct Stats {
-        long nodes = 0;     // node steps taken
+        long nodes = 0;  // node steps taken
         long yields = 0;
         double longestStallMs = 0;  // longest time between two yields
     };

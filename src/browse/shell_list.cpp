@@ -90,7 +90,8 @@ bool ShellListModel::reload(const browse::PatternSet &patterns)
     // Both lists are in the same order: walk them together, removing and inserting rows.
     size_t i = 0, j = 0;
     while (i < items_.size() || j < v.size()) {
-        if (i < items_.size() && j < v.size() && items_[i].name == v[j].name && items_[i].isDir == v[j].isDir) {
+        if (i < items_.size() && j < v.size() && items_[i].name == v[j].name
+            && items_[i].isDir == v[j].isDir) {
             if (items_[i].size != v[j].size || items_[i].mtimeMs != v[j].mtimeMs) {
                 items_[i] = v[j];
                 emit dataChanged(index(int(i), 0), index(int(i), ColumnCount - 1));
@@ -132,7 +133,10 @@ int ShellListModel::findName(const QString &name) const
 }
 
 int ShellListModel::rowCount(const QModelIndex &parent) const { return parent.isValid() ? 0 : shown_; }
-int ShellListModel::columnCount(const QModelIndex &parent) const { return parent.isValid() ? 0 : ColumnCount; }
+int ShellListModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : ColumnCount;
+}
 
 const ShellListModel::TypeInfo &ShellListModel::typeOf(const ListEntry &e) const
 {
@@ -144,7 +148,8 @@ const ShellListModel::TypeInfo &ShellListModel::typeOf(const ListEntry &e) const
         const QString suffix = QFileInfo(e.name).suffix().toLower();
         auto s = mimeOfSuffix_.find(suffix);
         if (s == mimeOfSuffix_.end())
-            s = mimeOfSuffix_.insert(suffix, db.mimeTypeForFile(e.name, QMimeDatabase::MatchExtension).name());
+            s = mimeOfSuffix_.insert(suffix,
+                                     db.mimeTypeForFile(e.name, QMimeDatabase::MatchExtension).name());
         mimeName = *s;
     }
     auto it = types_.find(mimeName);
@@ -168,11 +173,13 @@ QVariant ShellListModel::data(const QModelIndex &idx, int role) const
     switch (role) {
     case Qt::DisplayRole:
         switch (idx.column()) {
-        case NameCol: return e.name;
+        case NameCol:
+            return e.name;
         case SizeCol:
             if (e.isDir) return QString();
             return QLocale().toString((e.size + 1023) / 1024) + QStringLiteral(" KB");
-        case TypeCol: return typeOf(e).comment;
+        case TypeCol:
+            return typeOf(e).comment;
         case DateCol:
             return QLocale().toString(QDateTime::fromMSecsSinceEpoch(e.mtimeMs), QLocale::ShortFormat);
         }
@@ -183,9 +190,12 @@ QVariant ShellListModel::data(const QModelIndex &idx, int role) const
     case Qt::TextAlignmentRole:
         if (idx.column() == SizeCol) return int(Qt::AlignRight | Qt::AlignVCenter);
         return {};
-    case Qt::ToolTipRole: return itemPath(idx.row());
-    case Qt::UserRole: return itemPath(idx.row());
-    default: return {};
+    case Qt::ToolTipRole:
+        return itemPath(idx.row());
+    case Qt::UserRole:
+        return itemPath(idx.row());
+    default:
+        return {};
     }
 }
 
@@ -193,10 +203,14 @@ QVariant ShellListModel::headerData(int section, Qt::Orientation o, int role) co
 {
     if (o != Qt::Horizontal || role != Qt::DisplayRole) return {};
     switch (section) {
-    case NameCol: return QStringLiteral("Name");
-    case SizeCol: return QStringLiteral("Size");
-    case TypeCol: return QStringLiteral("Type");
-    case DateCol: return QStringLiteral("Modified");
+    case NameCol:
+        return QStringLiteral("Name");
+    case SizeCol:
+        return QStringLiteral("Size");
+    case TypeCol:
+        return QStringLiteral("Type");
+    case DateCol:
+        return QStringLiteral("Modified");
     }
     return {};
 }
@@ -258,15 +272,15 @@ void ShellList::setupViews()
 
     selection_ = listView_->selectionModel();
     detailView_->setSelectionModel(selection_);
-    for (QAbstractItemView *v : {static_cast<QAbstractItemView *>(listView_), static_cast<QAbstractItemView *>(detailView_)}) {
+    for (QAbstractItemView *v :
+         {static_cast<QAbstractItemView *>(listView_), static_cast<QAbstractItemView *>(detailView_)}) {
         v->setSelectionMode(QAbstractItemView::ExtendedSelection);
         v->setSelectionBehavior(QAbstractItemView::SelectRows);
         v->setEditTriggers(QAbstractItemView::NoEditTriggers);
         v->installEventFilter(this);
         connect(v, &QAbstractItemView::doubleClicked, this, &ShellList::onDoubleClicked);
-        connect(v, &QAbstractItemView::clicked, this, [this](const QModelIndex &i) {
-            emit itemClicked(model_->itemPath(i.row()));
-        });
+        connect(v, &QAbstractItemView::clicked, this,
+                [this](const QModelIndex &i) { emit itemClicked(model_->itemPath(i.row())); });
     }
     stack_->addWidget(listView_);
     stack_->addWidget(detailView_);
@@ -364,7 +378,8 @@ int ShellList::selectedCount() const { return int(selection_->selectedRows().siz
 int ShellList::selectedItem(int n) const
 {
     QModelIndexList rows = selection_->selectedRows();
-    std::sort(rows.begin(), rows.end(), [](const QModelIndex &a, const QModelIndex &b) { return a.row() < b.row(); });
+    std::sort(rows.begin(), rows.end(),
+              [](const QModelIndex &a, const QModelIndex &b) { return a.row() < b.row(); });
     if (n < 0 || n >= rows.size()) return -1;
     return rows[n].row();
 }
@@ -438,7 +453,8 @@ void ShellList::applyWatcher()
 
 void ShellList::setColors(const QColor &back, const QColor &text)
 {
-    for (QAbstractItemView *v : {static_cast<QAbstractItemView *>(listView_), static_cast<QAbstractItemView *>(detailView_)}) {
+    for (QAbstractItemView *v :
+         {static_cast<QAbstractItemView *>(listView_), static_cast<QAbstractItemView *>(detailView_)}) {
         QPalette p = v->palette();
         p.setColor(QPalette::Base, back);
         p.setColor(QPalette::Window, back);
@@ -453,7 +469,8 @@ bool ShellList::eventFilter(QObject *o, QEvent *e)
     if (e->type() == QEvent::KeyPress) {
         auto *k = static_cast<QKeyEvent *>(e);
         if (k->key() == Qt::Key_Escape) emit escapePressed();
-        if ((k->key() == Qt::Key_Return || k->key() == Qt::Key_Enter) && selection_->currentIndex().isValid()) {
+        if ((k->key() == Qt::Key_Return || k->key() == Qt::Key_Enter)
+            && selection_->currentIndex().isValid()) {
             onDoubleClicked(selection_->currentIndex());
             return true;
         }

@@ -68,11 +68,11 @@ std::vector<RootSpec> ShellTreeModel::platformRoots()
         const QString root = s.rootPath();
         const QString fs = QString::fromLatin1(s.fileSystemType());
         const QString dev = QString::fromLocal8Bit(s.device());
-        static const QStringList netTypes = {
-            QStringLiteral("cifs"),        QStringLiteral("smb3"),       QStringLiteral("smbfs"),
-            QStringLiteral("nfs"),         QStringLiteral("nfs4"),       QStringLiteral("fuse.sshfs"),
-            QStringLiteral("sshfs"),       QStringLiteral("davfs"),      QStringLiteral("fuse.davfs2"),
-            QStringLiteral("fuse.curlftpfs")};
+        static const QStringList netTypes = {QStringLiteral("cifs"),        QStringLiteral("smb3"),
+                                             QStringLiteral("smbfs"),       QStringLiteral("nfs"),
+                                             QStringLiteral("nfs4"),        QStringLiteral("fuse.sshfs"),
+                                             QStringLiteral("sshfs"),       QStringLiteral("davfs"),
+                                             QStringLiteral("fuse.davfs2"), QStringLiteral("fuse.curlftpfs")};
         if (fs == QLatin1String("fuse.gvfsd-fuse") && root.startsWith(runUser)) {
             // One folder per share: "smb-share:server=host,share=name".
             const QStringList shares = QDir(root).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
@@ -85,7 +85,8 @@ std::vector<RootSpec> ShellTreeModel::platformRoots()
         } else if (netTypes.contains(fs)) {
             const QString host = hostOfDevice(dev);
             if (!host.isEmpty()) hosts[host].push_back(root);
-        } else if (root.startsWith(QLatin1String("/media/")) || root.startsWith(QLatin1String("/run/media/"))) {
+        } else if (root.startsWith(QLatin1String("/media/"))
+                   || root.startsWith(QLatin1String("/run/media/"))) {
             QString name = s.name();
             if (name.isEmpty()) name = QFileInfo(root).fileName();
             media.push_back({name, root, {}});
@@ -258,7 +259,8 @@ int ShellTreeModel::setExpanded(TreeNode *n, bool on)
 TreeNode *ShellTreeModel::reveal(const QString &rawPath)
 {
     if (rawPath.trimmed().isEmpty()) return nullptr;
-    const QString path = QDir::cleanPath(QDir::isAbsolutePath(rawPath) ? rawPath : QDir(rawPath).absolutePath());
+    const QString path =
+        QDir::cleanPath(QDir::isAbsolutePath(rawPath) ? rawPath : QDir(rawPath).absolutePath());
     // The real node nearest the top whose folder holds Path: search the roots and the
     // virtual nodes below them (their children are known without reading the disk).
     TreeNode *best = nullptr;
@@ -270,8 +272,8 @@ TreeNode *ShellTreeModel::reveal(const QString &rawPath)
             return;
         }
         const QString &p = n->path;
-        const bool holds = (path == p) || (p == QLatin1String("/") ? path.startsWith(u'/')
-                                                                    : path.startsWith(p + u'/'));
+        const bool holds =
+            (path == p) || (p == QLatin1String("/") ? path.startsWith(u'/') : path.startsWith(p + u'/'));
         if (holds && int(p.size()) > bestLen) {
             best = n;
             bestLen = int(p.size());
@@ -327,9 +329,8 @@ void ShellTreeModel::refreshNode(TreeNode *n, bool deep)
         // Remove the folders that are gone (back to front, so rows stay right).
         for (int r = int(n->children.size()) - 1; r >= 0; --r) {
             TreeNode *c = n->children[size_t(r)].get();
-            const bool still = std::any_of(subs.begin(), subs.end(), [&](const SubFolder &s) {
-                return s.name == c->name;
-            });
+            const bool still =
+                std::any_of(subs.begin(), subs.end(), [&](const SubFolder &s) { return s.name == c->name; });
             if (still) continue;
             forget(c);
             if (n->populated) beginRemoveRows(indexFor(n), r, r);
@@ -343,7 +344,8 @@ void ShellTreeModel::refreshNode(TreeNode *n, bool deep)
                                            [&](const auto &c) { return c->name == s.name; });
             if (known) continue;
             int pos = 0;
-            while (pos < int(n->children.size()) && naturalLess(n->children[size_t(pos)]->name, s.name)) ++pos;
+            while (pos < int(n->children.size()) && naturalLess(n->children[size_t(pos)]->name, s.name))
+                ++pos;
             auto c = std::make_unique<TreeNode>();
             c->name = s.name;
             c->path = joinPath(n->path, s.name);
@@ -468,11 +470,16 @@ QVariant ShellTreeModel::data(const QModelIndex &idx, int role) const
     TreeNode *n = nodeFor(idx);
     if (!n) return {};
     switch (role) {
-    case Qt::DisplayRole: return n->name;
-    case Qt::ToolTipRole: return n->path.isEmpty() ? n->name : n->path;
-    case Qt::DecorationRole: return iconFor(n);
-    case Qt::UserRole: return n->path;
-    default: return {};
+    case Qt::DisplayRole:
+        return n->name;
+    case Qt::ToolTipRole:
+        return n->path.isEmpty() ? n->name : n->path;
+    case Qt::DecorationRole:
+        return iconFor(n);
+    case Qt::UserRole:
+        return n->path;
+    default:
+        return {};
     }
 }
 

@@ -29,11 +29,11 @@ struct TreeNode {
     TreeNode *parent = nullptr;
     std::vector<std::unique_ptr<TreeNode>> children;
     std::vector<RootSpec> fixed;  // children of a virtual node
-    int row = 0;                  // index among the parent's children
+    int row = 0;  // index among the parent's children
     int depth = 0;
     bool isVirtual = false;
     bool fsAncestor = false;
-    bool scanned = false;    // children read
+    bool scanned = false;  // children read
     bool populated = false;  // children are rows of the item model
     bool expanded = false;
     bool loop = false;  // the same folder as one of its ancestors

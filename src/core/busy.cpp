@@ -12,7 +12,7 @@ namespace {
 int g_depth = 0;
 int g_hourglass = 0;
 QPointer<QWidget> g_window;
-}
+}  // namespace
 
 int busyDepth() { return g_depth; }
 BusyScope::BusyScope() { ++g_depth; }

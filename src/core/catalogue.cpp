@@ -99,41 +99,117 @@ const std::array<QString, FilterRows> &filterPatternLiterals()
     return t;
 }
 
-const QString MediaFilterExtraLiteral = QStringLiteral(
-    "*.JPG;*.JPE;*.CMP;*.TIFF;*.TIF;*.MPT;*.BMP;*.ICO;*.CUR;*.PCX;*.DCX;*.PCD;*.FPX;*.DIC;"
-    "*.WMF;*.EMF;*.FAX;*.AWD;*.XPM;*.IFF;*.PBM;*.CUT;*.PSD;*.PNG;*.TGA;*.EPS;*.JBG;*.RAS;"
-    "*.WPG;*.PCT;*.CLP;*.XWP;*.FLC;*.ANI;*.SGI;*.WAV;*.MID;*.RMI;*.MP3;*.M3U");
+const QString MediaFilterExtraLiteral =
+    QStringLiteral("*.JPG;*.JPE;*.CMP;*.TIFF;*.TIF;*.MPT;*.BMP;*.ICO;*.CUR;*.PCX;*.DCX;*.PCD;*.FPX;*.DIC;"
+                   "*.WMF;*.EMF;*.FAX;*.AWD;*.XPM;*.IFF;*.PBM;*.CUT;*.PSD;*.PNG;*.TGA;*.EPS;*.JBG;*.RAS;"
+                   "*.WPG;*.PCT;*.CLP;*.XWP;*.FLC;*.ANI;*.SGI;*.WAV;*.MID;*.RMI;*.MP3;*.M3U");
 
-const QString SaveFormatTable = QStringLiteral(
-    "JPeg and Lead Compressed|*.JPG;*.JPE;*.JPEG;*.CMP|TIFF Formats|*.TIFF;*.TIF;*.MPT|"
-    "Bitmap Files|*.BMP|Icons and Cursor FIles|*.ICO;*.CUR|PCX Formats|*.PCX;*.DCX|"
-    "Kodak Formats|*.PCD;*.FPX|Microsoft Fax |*.AWD|Meta Files|*.WMF;*.EMF|"
-    "Raw Fax Format|*.FAX|XPicMap|*.XPM|Interchange File Format|*.IFF|"
-    "Portable Bitmap Utilities|*.PBM|Dr. Halo|*.CUT|Photoshop 3.0 Format|*.PSD|"
-    "Portable Network Graphics Format|*.PNG|TrueVision TARGA Format|*.TGA|"
-    "Encapsulated PostScript|*.EPS|JBIG Format|*.JBG|Sun Raster Format|*.RAS|"
-    "WordPerfect Format|*.WPG|Macintosh Pict Format|*.PCT|Microsoft Windows ClipBoard|*.CLP|"
-    "X Window Dump|*.XWD|Flic Animation|*.FLC|Windows Animated Cursor|*.ANI|"
-    "Silicon Graphics Image|*.SGI|Miscellaneous 1-Bit Formats|*.MAC;*.IMG;*.MSP;*.ICA;*.CAL");
+const QString SaveFormatTable =
+    QStringLiteral("JPeg and Lead Compressed|*.JPG;*.JPE;*.JPEG;*.CMP|TIFF Formats|*.TIFF;*.TIF;*.MPT|"
+                   "Bitmap Files|*.BMP|Icons and Cursor FIles|*.ICO;*.CUR|PCX Formats|*.PCX;*.DCX|"
+                   "Kodak Formats|*.PCD;*.FPX|Microsoft Fax |*.AWD|Meta Files|*.WMF;*.EMF|"
+                   "Raw Fax Format|*.FAX|XPicMap|*.XPM|Interchange File Format|*.IFF|"
+                   "Portable Bitmap Utilities|*.PBM|Dr. Halo|*.CUT|Photoshop 3.0 Format|*.PSD|"
+                   "Portable Network Graphics Format|*.PNG|TrueVision TARGA Format|*.TGA|"
+                   "Encapsulated PostScript|*.EPS|JBIG Format|*.JBG|Sun Raster Format|*.RAS|"
+                   "WordPerfect Format|*.WPG|Macintosh Pict Format|*.PCT|Microsoft Windows ClipBoard|*.CLP|"
+                   "X Window Dump|*.XWD|Flic Animation|*.FLC|Windows Animated Cursor|*.ANI|"
+                   "Silicon Graphics Image|*.SGI|Miscellaneous 1-Bit Formats|*.MAC;*.IMG;*.MSP;*.ICA;*.CAL");
 
 const std::array<QString, FileExtCount> &fileExtLiterals()
 {
     static const std::array<QString, FileExtCount> t = {
         // 0..39 pictures
-        "JPG", "JPE", "JPEG", "CMP", "TIFF", "TIF", "MPT", "BMP", "ICO", "CUR", "PCX", "DCX",
-        "PCD", "FPX", "AWD", "WMF", "EMF", "FAX", "XPM", "IFF", "PBM", "CUT", "PSD", "PNG",
-        "TGA", "EPS", "JBG", "RAS", "WPG", "PCT", "CLP", "XWD", "FLC", "ANI", "SGI", "ICA",
-        "CAL", "MAC", "IMG", "MSP",
+        "JPG",
+        "JPE",
+        "JPEG",
+        "CMP",
+        "TIFF",
+        "TIF",
+        "MPT",
+        "BMP",
+        "ICO",
+        "CUR",
+        "PCX",
+        "DCX",
+        "PCD",
+        "FPX",
+        "AWD",
+        "WMF",
+        "EMF",
+        "FAX",
+        "XPM",
+        "IFF",
+        "PBM",
+        "CUT",
+        "PSD",
+        "PNG",
+        "TGA",
+        "EPS",
+        "JBG",
+        "RAS",
+        "WPG",
+        "PCT",
+        "CLP",
+        "XWD",
+        "FLC",
+        "ANI",
+        "SGI",
+        "ICA",
+        "CAL",
+        "MAC",
+        "IMG",
+        "MSP",
         // 40..48 sound
-        "WAV", "SND", "AU", "AIF", "AIFC", "AIFF", "MID", "RMI", "MP3",
+        "WAV",
+        "SND",
+        "AU",
+        "AIF",
+        "AIFC",
+        "AIFF",
+        "MID",
+        "RMI",
+        "MP3",
         // 49..61 video and what plays with a picture frame
-        "M3U", "AVI", "MPG", "MPEG", "MOV", "ASX", "ASF", "QT", "WMA", "WMV", "MPE", "M1V",
+        "M3U",
+        "AVI",
+        "MPG",
+        "MPEG",
+        "MOV",
+        "ASX",
+        "ASF",
+        "QT",
+        "WMA",
+        "WMV",
+        "MPE",
+        "M1V",
         "MP2",
         // 62..83 documents
-        "TXT", "RTF", "INI", "LOG", "BAT", "BAK", "DOS", "SYS", "DOC", "WPS", "WDB", "WRI",
-        "LST", "HTM", "HTML", "SHTM", "SHTML", "URL", "MSG", "ASP", "PHP", "PDF",
+        "TXT",
+        "RTF",
+        "INI",
+        "LOG",
+        "BAT",
+        "BAK",
+        "DOS",
+        "SYS",
+        "DOC",
+        "WPS",
+        "WDB",
+        "WRI",
+        "LST",
+        "HTM",
+        "HTML",
+        "SHTM",
+        "SHTML",
+        "URL",
+        "MSG",
+        "ASP",
+        "PHP",
+        "PDF",
         // 84..85 CD audio
-        "DAT", "CDA",
+        "DAT",
+        "CDA",
     };
     return t;
 }
@@ -169,10 +245,10 @@ const std::array<QString, FilterRows> &favListFilterPatterns()
 QString favListOpeningPattern()
 {
     return QStringLiteral("*.WAV;*.MID;*.RMI;*.AVI;*.MPG;*.MPEG;*.MOV;*.MP3")
-           + QStringLiteral("*.XPM;*.IFF;*.PBM;*.CUT;*.PSD;*.PNG;*.TGA;*.EPS;*.JBG;*.RAS;*.WPG;"
-                            "*.PCT;*.CLP;*.XWD;*.FLC;*.ANI;*.SGI;")
-           + QStringLiteral("*.JPG;*.JPE;*.CMP;*.TIF;*.TIF;*.MPT;*.BMP;*.ICO;*.CUR;*.PCX;*.DCX;"
-                            "*.PCD;*.FPX;*.AWD;*.WMF;*.EMF;*.FAX;");
+        + QStringLiteral("*.XPM;*.IFF;*.PBM;*.CUT;*.PSD;*.PNG;*.TGA;*.EPS;*.JBG;*.RAS;*.WPG;"
+                         "*.PCT;*.CLP;*.XWD;*.FLC;*.ANI;*.SGI;")
+        + QStringLiteral("*.JPG;*.JPE;*.CMP;*.TIF;*.TIF;*.MPT;*.BMP;*.ICO;*.CUR;*.PCX;*.DCX;"
+                         "*.PCD;*.FPX;*.AWD;*.WMF;*.EMF;*.FAX;");
 }
 
 void Catalogue::fillFilters()

@@ -9,7 +9,7 @@
 
 namespace tw {
 
-constexpr int FilterSlots = 41;      // rows 0..35 filled, the last five stay empty
+constexpr int FilterSlots = 41;  // rows 0..35 filled, the last five stay empty
 constexpr int FilterRows = 36;
 constexpr int FilterPatternWidth = 384;
 constexpr int FileExtCount = 86;
@@ -39,7 +39,7 @@ struct Catalogue {
     QString MediaFilterExtra;
     std::array<QString, FileExtCount> FileExtTable;
 
-    void fillFilters();   // rows 0..35 of both arrays
+    void fillFilters();  // rows 0..35 of both arrays
     void fillExtensions();
     bool built() const { return !FileExtTable[0].isEmpty(); }
     // Row of the extension table equal to Ext (exact), or -1.

@@ -16,7 +16,7 @@ QColor toQColor(uint32_t c, const QPalette &pal = QPalette());
 inline uint32_t fromQColor(const QColor &q)
 {
     return static_cast<uint32_t>(q.red()) | (static_cast<uint32_t>(q.green()) << 8)
-           | (static_cast<uint32_t>(q.blue()) << 16);
+        | (static_cast<uint32_t>(q.blue()) << 16);
 }
 // A palette with Window/Base/Button backgrounds and their texts in the given colours.
 void paintPalette(QPalette &pal, uint32_t back, uint32_t text);

@@ -22,8 +22,7 @@ protected:
             // A key goes to the focused control first and then up its parents: answer it once,
             // where it first arrives.
             auto *w = static_cast<QWidget *>(o);
-            if (show && (w == QApplication::focusWidget() || !QApplication::focusWidget()
-                         || w->isWindow())) {
+            if (show && (w == QApplication::focusWidget() || !QApplication::focusWidget() || w->isWindow())) {
                 const QWidget *from = QApplication::focusWidget() ? QApplication::focusWidget() : w;
                 show(helpTopicOf(from));
                 return true;

@@ -9,20 +9,20 @@ Globals G;
 
 uint32_t &ColorSettings::field(int i)
 {
-    uint32_t *f[Count] = {&ServiceBack, &ServiceText, &MenuBack, &MenuText, &TabBack, &TabText,
-                          &ListBack, &ListText, &EntryBack, &EntryText, &SelectionBack,
-                          &SelectionText, &ThumbBack, &ThumbText, &SpareBack, &SpareText,
-                          &ThumbWindowBack, &ThumbWindowText, &PictureBack, &PictureText,
-                          &VideoBack, &VideoText, &MusicBack, &MusicText, &DocumentBack,
-                          &DocumentText, &InternetBack, &InternetText, &ButtonBack, &ButtonText};
+    uint32_t *f[Count] = {&ServiceBack,   &ServiceText,     &MenuBack,        &MenuText,    &TabBack,
+                          &TabText,       &ListBack,        &ListText,        &EntryBack,   &EntryText,
+                          &SelectionBack, &SelectionText,   &ThumbBack,       &ThumbText,   &SpareBack,
+                          &SpareText,     &ThumbWindowBack, &ThumbWindowText, &PictureBack, &PictureText,
+                          &VideoBack,     &VideoText,       &MusicBack,       &MusicText,   &DocumentBack,
+                          &DocumentText,  &InternetBack,    &InternetText,    &ButtonBack,  &ButtonText};
     return *f[i];
 }
 
 bool &OptionSettings::flag(int i)
 {
-    bool *f[FlagCount] = {&BoldFonts, &SaveLastFolder, &ShowQuickTips, &ComputerNameUnset,
-                          &ListOptionFlag, &DocumentsAsSource, &AutoPicture, &AutoPlayVideo,
-                          &AutoPlayMusic, &VideoLoopDefault, &MusicLoopDefault, &VideoListAtStart};
+    bool *f[FlagCount] = {&BoldFonts,      &SaveLastFolder,    &ShowQuickTips,    &ComputerNameUnset,
+                          &ListOptionFlag, &DocumentsAsSource, &AutoPicture,      &AutoPlayVideo,
+                          &AutoPlayMusic,  &VideoLoopDefault,  &MusicLoopDefault, &VideoListAtStart};
     return *f[i];
 }
 
@@ -105,12 +105,12 @@ bool globalVariableText(const QString &name, QString *out)
     }
     for (int i = 0; i < ColorSettings::Count; ++i) {
         static const char *names[ColorSettings::Count] = {
-            "ServiceBack", "ServiceText", "MenuBack", "MenuText", "TabBack", "TabText",
-            "ListBack", "ListText", "EntryBack", "EntryText", "SelectionBack", "SelectionText",
-            "ThumbBack", "ThumbText", "SpareBack", "SpareText", "ThumbWindowBack",
-            "ThumbWindowText", "PictureBack", "PictureText", "VideoBack", "VideoText",
-            "MusicBack", "MusicText", "DocumentBack", "DocumentText", "InternetBack",
-            "InternetText", "ButtonBack", "ButtonText"};
+            "ServiceBack",   "ServiceText",     "MenuBack",        "MenuText",    "TabBack",
+            "TabText",       "ListBack",        "ListText",        "EntryBack",   "EntryText",
+            "SelectionBack", "SelectionText",   "ThumbBack",       "ThumbText",   "SpareBack",
+            "SpareText",     "ThumbWindowBack", "ThumbWindowText", "PictureBack", "PictureText",
+            "VideoBack",     "VideoText",       "MusicBack",       "MusicText",   "DocumentBack",
+            "DocumentText",  "InternetBack",    "InternetText",    "ButtonBack",  "ButtonText"};
         if (name == QLatin1String(names[i])) {
             // A colour is a signed 32-bit number, as the settings file holds it.
             *out = QString::number(static_cast<int32_t>(g.Colors.field(i)));

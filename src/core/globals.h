@@ -51,8 +51,7 @@ struct OptionSettings {
     // line 4
     bool BoldFonts = false, SaveLastFolder = true, ShowQuickTips = true, ComputerNameUnset = true,
          ListOptionFlag = false, DocumentsAsSource = false, AutoPicture = true, AutoPlayVideo = true,
-         AutoPlayMusic = true, VideoLoopDefault = false, MusicLoopDefault = false,
-         VideoListAtStart = true;
+         AutoPlayMusic = true, VideoLoopDefault = false, MusicLoopDefault = false, VideoListAtStart = true;
     static constexpr int FlagCount = 12;
     bool &flag(int i);  // 0-based field of line 4
 };
@@ -75,10 +74,10 @@ struct Globals {
     bool RunFromBuilder = false;
 
     // Dialog flags: set by a dialog's open, cleared by its close.
-    bool Select1Loaded = false, Select1Visible = false, FindFle1Loaded = false,
-         GetURL1Loaded = false, ProPert1Loaded = false, PrntPict1Loaded = false,
-         SetFavList1Loaded = false, SelFavorites1Loaded = false, IntFavorites1Loaded = false,
-         EdtImage1Loaded = false, EdtColors1Loaded = false, About1Loaded = false;
+    bool Select1Loaded = false, Select1Visible = false, FindFle1Loaded = false, GetURL1Loaded = false,
+         ProPert1Loaded = false, PrntPict1Loaded = false, SetFavList1Loaded = false,
+         SelFavorites1Loaded = false, IntFavorites1Loaded = false, EdtImage1Loaded = false,
+         EdtColors1Loaded = false, About1Loaded = false;
 
     // Play-list state read by the tab change.
     bool VideoListChanged = false, MusicListChanged = false;

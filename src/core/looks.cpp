@@ -97,8 +97,7 @@ void paintControls(QWidget *root)
     for (QWidget *w : root->findChildren<QWidget *>()) {
         if (qobject_cast<QCheckBox *>(w) || qobject_cast<QRadioButton *>(w))
             paintWidget(w, c.ServiceBack, c.ServiceText);
-        else if (qobject_cast<QPushButton *>(w))
-            paintWidget(w, c.ButtonBack, c.ButtonText);
+        else if (qobject_cast<QPushButton *>(w)) paintWidget(w, c.ButtonBack, c.ButtonText);
         if (qobject_cast<QAbstractItemView *>(w) || qobject_cast<QComboBox *>(w)
             || qobject_cast<QCheckBox *>(w) || qobject_cast<QPushButton *>(w)) {
             QFont f = w->font();

@@ -41,10 +41,9 @@ StoreResult writeFile(const QString &path, const QByteArray &data)
         r.ok = false;
         r.error = errorNumberFromErrno(err);
         // A folder that is not there is a path not found, not a file not found.
-        if (err == ENOENT && !QFileInfo(QFileInfo(path).absolutePath()).isDir())
-            r.error = ErrPathNotFound;
+        if (err == ENOENT && !QFileInfo(QFileInfo(path).absolutePath()).isDir()) r.error = ErrPathNotFound;
         r.message = QStringLiteral("Error: ") + QString::number(r.error) + QStringLiteral(" - ")
-                    + errorDescription(r.error);
+            + errorDescription(r.error);
         return r;
     }
     const size_t n = std::fwrite(data.constData(), 1, data.size(), f);
@@ -54,7 +53,7 @@ StoreResult writeFile(const QString &path, const QByteArray &data)
         r.ok = false;
         r.error = errorNumberFromErrno(werr ? werr : cerr);
         r.message = QStringLiteral("Error: ") + QString::number(r.error) + QStringLiteral(" - ")
-                    + errorDescription(r.error);
+            + errorDescription(r.error);
     }
     return r;
 }
@@ -185,8 +184,7 @@ StoreResult LoadOptions(OptionSettings &o, const QString &programDir)
         }
         if (ok) {
             // All flags go false first; exactly 1 makes a flag true.
-            for (int i = 0; i < OptionSettings::FlagCount; ++i)
-                {
+            for (int i = 0; i < OptionSettings::FlagCount; ++i) {
                 bool isNum = false;
                 const double fv = flags[i].trimmed().toDouble(&isNum);
                 o.flag(i) = isNum && fv == 1.0;
@@ -203,11 +201,21 @@ StoreResult LoadOptions(OptionSettings &o, const QString &programDir)
 StoreResult SaveOptions(const OptionSettings &o, const QString &programDir)
 {
     QByteArray d;
-    const double line1[15] = {o.WindowLeft, o.WindowTop, o.WindowHeight, o.WindowWidth,
-                              o.MenuFontType, o.MenuStyle, double(o.LabelTextStyle),
-                              o.ThumbCellHeight, o.ThumbCellWidth, o.ThumbResolution,
-                              double(o.SplitterPercent), o.ListViewMode, o.InitialSearchLimit,
-                              double(o.NextSearchLimit), o.JpegQuality};
+    const double line1[15] = {o.WindowLeft,
+                              o.WindowTop,
+                              o.WindowHeight,
+                              o.WindowWidth,
+                              o.MenuFontType,
+                              o.MenuStyle,
+                              double(o.LabelTextStyle),
+                              o.ThumbCellHeight,
+                              o.ThumbCellWidth,
+                              o.ThumbResolution,
+                              double(o.SplitterPercent),
+                              o.ListViewMode,
+                              o.InitialSearchLimit,
+                              double(o.NextSearchLimit),
+                              o.JpegQuality};
     for (int i = 0; i < 15; ++i) {
         if (i) d += ' ';
         d += plainNumber(line1[i]).toLatin1();

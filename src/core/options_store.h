@@ -12,7 +12,7 @@ namespace tw {
 struct StoreResult {
     bool ok = true;
     QString message;  // empty when nothing is to be shown
-    int error = 0;    // error number of a failed write
+    int error = 0;  // error number of a failed write
 };
 
 void SetDefaultColors(ColorSettings &c);

@@ -13,9 +13,8 @@ namespace {
 QPointer<QWidget> g_parent;
 
 QMessageBox::StandardButton run(const QString &text, const QString &title,
-                                QMessageBox::StandardButtons buttons,
-                                QMessageBox::StandardButton def, QMessageBox::Icon icon,
-                                QWidget *parent)
+                                QMessageBox::StandardButtons buttons, QMessageBox::StandardButton def,
+                                QMessageBox::Icon icon, QWidget *parent)
 {
     QMessageBox box(icon, title.isEmpty() ? AppTitle : title, text, buttons,
                     parent ? parent : g_parent.data());
@@ -33,24 +32,28 @@ void setPromptParent(QWidget *w) { g_parent = w; }
 
 bool askYesNo(const QString &text, const QString &title, QWidget *parent)
 {
-    return run(text, title, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes,
-               QMessageBox::NoIcon, parent) == QMessageBox::Yes;
+    return run(text, title, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes, QMessageBox::NoIcon, parent)
+        == QMessageBox::Yes;
 }
 
 BoxAnswer askYesNoCancel(const QString &text, const QString &title, QWidget *parent)
 {
-    switch (run(text, title, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel,
-                QMessageBox::Yes, QMessageBox::NoIcon, parent)) {
-    case QMessageBox::Yes: return BoxAnswer::Yes;
-    case QMessageBox::No: return BoxAnswer::No;
-    default: return BoxAnswer::Cancel;
+    switch (run(text, title, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Yes,
+                QMessageBox::NoIcon, parent)) {
+    case QMessageBox::Yes:
+        return BoxAnswer::Yes;
+    case QMessageBox::No:
+        return BoxAnswer::No;
+    default:
+        return BoxAnswer::Cancel;
     }
 }
 
 bool askOkCancel(const QString &text, const QString &title, QWidget *parent)
 {
-    return run(text, title, QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Ok,
-               QMessageBox::NoIcon, parent) == QMessageBox::Ok;
+    return run(text, title, QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Ok, QMessageBox::NoIcon,
+               parent)
+        == QMessageBox::Ok;
 }
 
 void inform(const QString &text, const QString &title, QWidget *parent)

@@ -13,8 +13,7 @@ enum class BoxAnswer { Ok, Cancel, Yes, No };
 // A Yes/No question; true on Yes.
 bool askYesNo(const QString &text, const QString &title = QString(), QWidget *parent = nullptr);
 // A Yes/No/Cancel question.
-BoxAnswer askYesNoCancel(const QString &text, const QString &title = QString(),
-                         QWidget *parent = nullptr);
+BoxAnswer askYesNoCancel(const QString &text, const QString &title = QString(), QWidget *parent = nullptr);
 // An OK/Cancel question; true on OK.
 bool askOkCancel(const QString &text, const QString &title = QString(), QWidget *parent = nullptr);
 // A notice with an OK button.

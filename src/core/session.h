@@ -8,7 +8,7 @@
 namespace tw {
 
 struct CommandLine {
-    QStringList Args;       // the arguments found, cut to their number
+    QStringList Args;  // the arguments found, cut to their number
     QString CommandArg[6];  // CommandArg1 .. CommandArg6
 };
 

@@ -8,11 +8,10 @@
 namespace tw {
 
 namespace {
-const char *const kTabKeys[TabCount + 1] = {"",          "Find",      "Pictures", "Videos", "Music",
-                                            "Slide",     "Documents", "Internet", "Tools"};
-const char *const kTabCaptions[TabCount + 1] = {"",           "Find and Open", "Pictures",
-                                                "Videos",     "Music",         "Slide Show",
-                                                "Documents",  "Internet",      "Tools"};
+const char *const kTabKeys[TabCount + 1] = {"",      "Find",      "Pictures", "Videos", "Music",
+                                            "Slide", "Documents", "Internet", "Tools"};
+const char *const kTabCaptions[TabCount + 1] = {"",           "Find and Open", "Pictures", "Videos", "Music",
+                                                "Slide Show", "Documents",     "Internet", "Tools"};
 const char *const kTabTips[TabCount + 1] = {"",
                                             "Find and Open Files",
                                             "View Selected Pictures",

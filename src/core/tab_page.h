@@ -186,11 +186,10 @@ void linkPages();
 
 // One line in a subsystem's page file puts its page on the tab of that index. The folder's
 // CMakeLists.txt names the page with tw_add_page(Type) so that the program links it.
-#define TW_REGISTER_PAGE(index, Type)                                                         \
-    extern "C" void twLinkPage_##Type() {}                                                     \
-    static const ::tw::PageRegistration TW_PAGE_CAT(twPageRegistration_, __LINE__)(          \
-        index, [](::tw::PageHost &host) -> std::unique_ptr<::tw::TabPage> {                   \
-            return std::make_unique<Type>(host);                                              \
-        })
+#define TW_REGISTER_PAGE(index, Type)                                                                        \
+    extern "C" void twLinkPage_##Type() {}                                                                   \
+    static const ::tw::PageRegistration TW_PAGE_CAT(twPageRegistration_, __LINE__)(                          \
+        index,                                                                                               \
+        [](::tw::PageHost &host) -> std::unique_ptr<::tw::TabPage> { return std::make_unique<Type>(host); })
 
 }  // namespace tw

@@ -47,7 +47,10 @@ double Val(const QString &s)
         int j = i + 1;
         if (j < n && (s[j] == u'-' || s[j] == u'+')) e += s[j++];
         bool ed = false;
-        while (j < n && s[j].isDigit() && s[j].unicode() < 128) { e += s[j++]; ed = true; }
+        while (j < n && s[j].isDigit() && s[j].unicode() < 128) {
+            e += s[j++];
+            ed = true;
+        }
         if (ed) t += e;
     }
     if (!digits) return 0;
@@ -64,8 +67,8 @@ void DelimitedReader::skipBlanks()
 bool DelimitedReader::atEnd()
 {
     qsizetype q = p_;
-    while (q < d_.size() && (d_[q] == ' ' || d_[q] == '\t' || d_[q] == '\r' || d_[q] == '\n'
-                             || d_[q] == '\x1a'))
+    while (q < d_.size()
+           && (d_[q] == ' ' || d_[q] == '\t' || d_[q] == '\r' || d_[q] == '\n' || d_[q] == '\x1a'))
         ++q;
     return q >= d_.size();
 }
@@ -169,8 +172,7 @@ QByteArray pathToBytes(const QString &path)
     };
     for (int i = 0; i < path.size(); ++i) {
         const char16_t u = path[i].unicode();
-        const bool lone = u >= 0xDC80 && u <= 0xDCFF
-                          && !(i > 0 && path[i - 1].isHighSurrogate());
+        const bool lone = u >= 0xDC80 && u <= 0xDCFF && !(i > 0 && path[i - 1].isHighSurrogate());
         if (lone) {
             flush();
             out += char(u - 0xDC00);

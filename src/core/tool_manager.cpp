@@ -88,8 +88,7 @@ void ToolManager::build(const QString &imageDir)
             }
             continue;
         }
-        if (d.kind == ToolKind::Option || d.kind == ToolKind::Check)
-            t->action->setCheckable(true);
+        if (d.kind == ToolKind::Option || d.kind == ToolKind::Check) t->action->setCheckable(true);
         if (d.kind == ToolKind::Option && !d.group.isEmpty()) {
             QActionGroup *g = groups_.value(d.group);
             if (!g) {
@@ -281,8 +280,8 @@ void ToolManager::setAllEnabled(bool on)
         if (bars_[p]) bars_[p]->setEnabled(on);
 }
 
-Tool *ToolManager::addDynamicTool(const QString &id, const QString &category,
-                                  const QString &menuId, const QString &image)
+Tool *ToolManager::addDynamicTool(const QString &id, const QString &category, const QString &menuId,
+                                  const QString &image)
 {
     if (Tool *existing = tool(id)) return existing;
     imageDir_ = imageDir_.isEmpty() ? QString() : imageDir_;

@@ -82,8 +82,8 @@ signals:
     void toolClicked(const QString &id);
 
 private:
-    Tool *make(const QString &id, const QString &caption, const QString &tip,
-               const QString &category, const QString &image);
+    Tool *make(const QString &id, const QString &caption, const QString &tip, const QString &category,
+               const QString &image);
     void wire(Tool *t);
     QMainWindow *window_;
     QHash<QString, Tool *> tools_;

@@ -15,12 +15,12 @@ struct ToolDef {
     QString caption;
     QString tip;
     QString category;
-    QString group;      // option group, or ""
-    int position;       // 1 menu bar, 2..7 toolbars
-    QString parent;     // the menu or drop-down a tool hangs in; "" on a toolbar or the bar
+    QString group;  // option group, or ""
+    int position;  // 1 menu bar, 2..7 toolbars
+    QString parent;  // the menu or drop-down a tool hangs in; "" on a toolbar or the bar
     bool separatorBefore;
     ToolKind kind;
-    QString image;      // file under BMPS, or ""
+    QString image;  // file under BMPS, or ""
 };
 
 const std::vector<ToolDef> &toolTable();

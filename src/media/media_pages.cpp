@@ -80,8 +80,9 @@ void PlayListPage::build(QWidget *panel)
     screen_->setFrameShape(QFrame::StyledPanel);
     screen_->setAutoFillBackground(true);
     auto *sl = new QVBoxLayout(screen_);
-    const QStringList labels = kind_.video ? QStringList{QStringLiteral("VideoLabel1")}
-                                           : QStringList{QStringLiteral("Label3"), QStringLiteral("MusicLabel1")};
+    const QStringList labels = kind_.video
+        ? QStringList{QStringLiteral("VideoLabel1")}
+        : QStringList{QStringLiteral("Label3"), QStringLiteral("MusicLabel1")};
     for (const QString &name : labels) {
         auto *lab = new QLabel(screen_);
         lab->setObjectName(name);

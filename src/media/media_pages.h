@@ -19,11 +19,11 @@ public:
     struct Kind {
         int tab;
         bool video;
-        const char *listName;    // "List4" or "List5"
-        const char *frameName;   // the frame around the two boxes
+        const char *listName;  // "List4" or "List5"
+        const char *frameName;  // the frame around the two boxes
         const char *screenName;  // the player's screen
-        const char *hint;        // the caption above the boxes
-        const char *folder;      // under the program folder
+        const char *hint;  // the caption above the boxes
+        const char *folder;  // under the program folder
     };
     PlayListPage(PageHost &host, const Kind &kind);
 
@@ -45,8 +45,8 @@ public:
     static QString playListFile(const QString &name, const QString &folder);
 
     QListWidget *Lists[2] = {};  // names, entries
-    QString ListPath;            // VideoListPath / MusicListPath
-    QString PlayerName;          // the name in the player (MediaPlayer1 / MediaPlayer2)
+    QString ListPath;  // VideoListPath / MusicListPath
+    QString PlayerName;  // the name in the player (MediaPlayer1 / MediaPlayer2)
 
 protected:
     void build(QWidget *panel) override;

@@ -20,8 +20,7 @@ QStringList candidates()
 {
     // Beside the program: the build's lib/ folder, or where the installation put it.
     QStringList c;
-    const QString exe = QCoreApplication::instance() ? QCoreApplication::applicationDirPath()
-                                                     : QString();
+    const QString exe = QCoreApplication::instance() ? QCoreApplication::applicationDirPath() : QString();
     if (!exe.isEmpty()) {
         c << exe + QStringLiteral("/../lib/libtw_codecs.so")
           << exe + QStringLiteral("/" TW_CODEC_MODULE_FROM_BIN "/libtw_codecs.so");
@@ -49,7 +48,8 @@ const CodecTable *table()
                 return;
             }
         }
-        if (g_error.isEmpty()) g_error = QStringLiteral("the picture codec module libtw_codecs.so is missing");
+        if (g_error.isEmpty())
+            g_error = QStringLiteral("the picture codec module libtw_codecs.so is missing");
     });
     return g_table;
 }
@@ -84,8 +84,8 @@ Status ping(const QString &path, int page, Facts *out, QString *message)
     return Status::NoCoder;
 }
 
-Status write(const QList<QImage> &frames, const QString &path, const QString &coder,
-             int bitsPerPixel, int quality, QString *message)
+Status write(const QList<QImage> &frames, const QString &path, const QString &coder, int bitsPerPixel,
+             int quality, QString *message)
 {
     if (const CodecTable *t = table()) return t->write(frames, path, coder, bitsPerPixel, quality, message);
     if (message) *message = g_error;
@@ -130,8 +130,8 @@ int64_t sideLimit()
 
 }  // namespace magick
 
-FrameDecodeStatus decodeWithAv(const QString &path, bool allFrames, int64_t maxBytes,
-                               DecodedFrames *out, QString *message)
+FrameDecodeStatus decodeWithAv(const QString &path, bool allFrames, int64_t maxBytes, DecodedFrames *out,
+                               QString *message)
 {
     if (const CodecTable *t = table()) return t->decodeWithAv(path, allFrames, maxBytes, out, message);
     if (message) *message = g_error;

@@ -8,12 +8,14 @@
 
 namespace tw {
 
-bool looksLikeAnimatedCursor(const QByteArray &head) {
+bool looksLikeAnimatedCursor(const QByteArray &head)
+{
     return head.size() >= 12 && head.startsWith("RIFF") && head.mid(8, 4) == "ACON";
 }
 
-FrameDecodeStatus decodeAnimatedCursor(const QByteArray &file, IconDecoder decodeIcon,
-                                       int64_t maxBytes, DecodedFrames *out, QString *message) {
+FrameDecodeStatus decodeAnimatedCursor(const QByteArray &file, IconDecoder decodeIcon, int64_t maxBytes,
+                                       DecodedFrames *out, QString *message)
+{
     if (!looksLikeAnimatedCursor(file)) return FrameDecodeStatus::NotThisFormat;
     auto u32 = [&](qsizetype at) -> uint32_t {
         return qFromLittleEndian<uint32_t>(reinterpret_cast<const uchar *>(file.constData() + at));

@@ -14,7 +14,7 @@ namespace tw {
 struct DecodedFrames {
     QList<QImage> frames;  // Format_ARGB32
     QList<int> delaysMs;
-    QString format;        // "FLIC", "IFF", "GEM", "MSP", "PICT", "ANI"
+    QString format;  // "FLIC", "IFF", "GEM", "MSP", "PICT", "ANI"
     int bitsPerPixel = 0;
 };
 
@@ -22,15 +22,15 @@ enum class FrameDecodeStatus { Ok, NotThisFormat, Corrupt, TooLarge };
 
 // FFmpeg path. Only the demuxers of the formats above are accepted, so that a text file
 // or a video never comes out as a picture. `maxBytes` caps the decoded frames together.
-FrameDecodeStatus decodeWithAv(const QString &path, bool allFrames, int64_t maxBytes,
-                               DecodedFrames *out, QString *message);
+FrameDecodeStatus decodeWithAv(const QString &path, bool allFrames, int64_t maxBytes, DecodedFrames *out,
+                               QString *message);
 
 // True when the data begin as a RIFF "ACON" container.
 bool looksLikeAnimatedCursor(const QByteArray &head);
 // Animated cursor: every frame must decode, in the order of its sequence chunk.
 // `decodeIcon` turns one icon or cursor file into a picture (null when it cannot).
 using IconDecoder = QImage (*)(const QByteArray &iconFile);
-FrameDecodeStatus decodeAnimatedCursor(const QByteArray &file, IconDecoder decodeIcon,
-                                       int64_t maxBytes, DecodedFrames *out, QString *message);
+FrameDecodeStatus decodeAnimatedCursor(const QByteArray &file, IconDecoder decodeIcon, int64_t maxBytes,
+                                       DecodedFrames *out, QString *message);
 
 }  // namespace tw

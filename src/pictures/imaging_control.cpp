@@ -28,13 +28,15 @@ namespace tw {
 
 namespace {
 
-QColor fromBgr(uint32_t bgr) {
+QColor fromBgr(uint32_t bgr)
+{
     return QColor(int(bgr & 0xFF), int((bgr >> 8) & 0xFF), int((bgr >> 16) & 0xFF));
 }
 
 // Scales a large picture down quickly and well: halving steps without filtering cost
 // little, and the last step is smooth.
-QImage downscale(const QImage &src, const QSize &target) {
+QImage downscale(const QImage &src, const QSize &target)
+{
     QImage cur = src;
     while (cur.width() / 2 >= target.width() * 2 && cur.height() / 2 >= target.height() * 2)
         cur = cur.scaled(cur.width() / 2, cur.height() / 2, Qt::IgnoreAspectRatio, Qt::FastTransformation);
@@ -43,7 +45,8 @@ QImage downscale(const QImage &src, const QSize &target) {
 
 }  // namespace
 
-int windowsKeyCode(const QKeyEvent *e) {
+int windowsKeyCode(const QKeyEvent *e)
+{
     const int k = e->key();
     const bool keypad = e->modifiers() & Qt::KeypadModifier;
     // Plus and minus of the numeric pad are 107 and 109; those of the main keyboard 187, 189.
@@ -56,20 +59,31 @@ int windowsKeyCode(const QKeyEvent *e) {
     if (k >= Qt::Key_F1 && k <= Qt::Key_F24) return 112 + (k - Qt::Key_F1);
     switch (k) {
     case Qt::Key_Return:
-    case Qt::Key_Enter: return 13;
-    case Qt::Key_Escape: return 27;
-    case Qt::Key_Space: return 32;
-    case Qt::Key_Left: return 37;
-    case Qt::Key_Up: return 38;
-    case Qt::Key_Right: return 39;
-    case Qt::Key_Down: return 40;
-    case Qt::Key_Delete: return 46;
-    case Qt::Key_Insert: return 45;
-    default: return k & 0xFF;
+    case Qt::Key_Enter:
+        return 13;
+    case Qt::Key_Escape:
+        return 27;
+    case Qt::Key_Space:
+        return 32;
+    case Qt::Key_Left:
+        return 37;
+    case Qt::Key_Up:
+        return 38;
+    case Qt::Key_Right:
+        return 39;
+    case Qt::Key_Down:
+        return 40;
+    case Qt::Key_Delete:
+        return 46;
+    case Qt::Key_Insert:
+        return 45;
+    default:
+        return k & 0xFF;
     }
 }
 
-ImagingControl::ImagingControl(QWidget *parent) : QAbstractScrollArea(parent) {
+ImagingControl::ImagingControl(QWidget *parent) : QAbstractScrollArea(parent)
+{
     viewport()->setMouseTracking(true);
     viewport()->setAutoFillBackground(false);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
@@ -80,7 +94,8 @@ ImagingControl::ImagingControl(QWidget *parent) : QAbstractScrollArea(parent) {
     magick::initialise();
 }
 
-ImagingControl::~ImagingControl() {
+ImagingControl::~ImagingControl()
+{
     if (reply_) {
         reply_->disconnect(this);
         reply_->abort();
@@ -90,7 +105,8 @@ ImagingControl::~ImagingControl() {
 
 // ---------------------------------------------------------------- picture handle
 
-void ImagingControl::setPicture(const Picture &p) {
+void ImagingControl::setPicture(const Picture &p)
+{
     pic_ = p;  // QImage shares pixels until written: the copy costs nothing now
     frame_ = 0;
     region_ = QPainterPath();  // a marked region belongs to the picture it was drawn on
@@ -98,14 +114,16 @@ void ImagingControl::setPicture(const Picture &p) {
     pictureReplaced();
 }
 
-void ImagingControl::clearPicture() {
+void ImagingControl::clearPicture()
+{
     pic_ = Picture();
     frame_ = 0;
     freeRegion();
     pictureReplaced();
 }
 
-void ImagingControl::setImage(const QImage &img, int bits) {
+void ImagingControl::setImage(const QImage &img, int bits)
+{
     Picture p;
     if (!img.isNull()) {
         p.frames.append(img.hasAlphaChannel() ? img.convertToFormat(QImage::Format_ARGB32)
@@ -116,12 +134,14 @@ void ImagingControl::setImage(const QImage &img, int bits) {
     setPicture(p);
 }
 
-QImage ImagingControl::image() const {
+QImage ImagingControl::image() const
+{
     if (pic_.isNull()) return QImage();
     return pic_.frames.value(frame_, pic_.frames.first());
 }
 
-void ImagingControl::pictureReplaced() {
+void ImagingControl::pictureReplaced()
+{
     cacheKey_ = -1;
     cache_ = QImage();
     if (animTimer_) animTimer_->stop();
@@ -132,7 +152,8 @@ void ImagingControl::pictureReplaced() {
     if (pan_) pan_->update();
 }
 
-int64_t ImagingControl::memorySize() const {
+int64_t ImagingControl::memorySize() const
+{
     int64_t n = 0;
     for (const QImage &f : pic_.frames) n += f.sizeInBytes();
     return n;
@@ -140,7 +161,8 @@ int64_t ImagingControl::memorySize() const {
 
 // ---------------------------------------------------------------- files
 
-int ImagingControl::load(const QString &path, int /*bitsPerPixel*/, int page, int pageCount) {
+int ImagingControl::load(const QString &path, int /*bitsPerPixel*/, int page, int pageCount)
+{
     Picture p;
     lastDetail_.clear();
     const int status = decodePictureFile(path, std::max(page, 1), pageCount < 0, &p, &lastDetail_);
@@ -150,7 +172,8 @@ int ImagingControl::load(const QString &path, int /*bitsPerPixel*/, int page, in
     return ImagingOk;
 }
 
-int ImagingControl::getFileInfo(const QString &path, int page, int /*flags*/) {
+int ImagingControl::getFileInfo(const QString &path, int page, int /*flags*/)
+{
     FileFacts f;
     lastDetail_.clear();
     const int status = readPictureFacts(path, page, &f, &lastDetail_);
@@ -158,7 +181,8 @@ int ImagingControl::getFileInfo(const QString &path, int page, int /*flags*/) {
     return status;
 }
 
-int ImagingControl::save(const QString &path, int format, int bits, int quality, int mode) {
+int ImagingControl::save(const QString &path, int format, int bits, int quality, int mode)
+{
     if (pic_.isNull()) return ImagingInvalidBitmap;
     const QString coder = coderOfFormatNumber(format);
     if (coder.isEmpty()) return ImagingFormatNotAvailable;
@@ -175,8 +199,8 @@ int ImagingControl::save(const QString &path, int format, int bits, int quality,
         if (decodePictureFile(path, 1, true, &existing) == ImagingOk) frames = existing.frames;
     }
     frames.append(image());
-    if (frames.size() == 1 && (coder == QLatin1String("JPEG") || coder == QLatin1String("PNG")) &&
-        (bits == 0 || bits == 24 || bits == 32)) {
+    if (frames.size() == 1 && (coder == QLatin1String("JPEG") || coder == QLatin1String("PNG"))
+        && (bits == 0 || bits == 24 || bits == 32)) {
         QImageWriter w(path, coder == QLatin1String("JPEG") ? "jpeg" : "png");
         if (coder == QLatin1String("JPEG")) w.setQuality(q);
         QImage out = frames.first();
@@ -189,20 +213,25 @@ int ImagingControl::save(const QString &path, int format, int bits, int quality,
     }
     const magick::Status s = magick::write(frames, path, coder, bits, q, &lastDetail_);
     switch (s) {
-    case magick::Status::Ok: return ImagingOk;
-    case magick::Status::NoCoder: return ImagingFormatNotAvailable;
-    default: return ImagingWriteError;
+    case magick::Status::Ok:
+        return ImagingOk;
+    case magick::Status::NoCoder:
+        return ImagingFormatNotAvailable;
+    default:
+        return ImagingWriteError;
     }
 }
 
 // ---------------------------------------------------------------- fetch
 
-void ImagingControl::setReady(int state) {
+void ImagingControl::setReady(int state)
+{
     readyState_ = state;
     emit readyStateChanged(state);
 }
 
-void ImagingControl::setSourceAddress(const QString &address) {
+void ImagingControl::setSourceAddress(const QString &address)
+{
     source_ = address;
     if (reply_) {
         reply_->disconnect(this);
@@ -219,11 +248,13 @@ void ImagingControl::setSourceAddress(const QString &address) {
     // loop, as every report of a transfer does: the caller finishes starting the fetch
     // before it hears anything of it.
     readyState_ = ReadyLoading;
-    QMetaObject::invokeMethod(this, [this] { emit readyStateChanged(ReadyLoading); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this] { emit readyStateChanged(ReadyLoading); }, Qt::QueuedConnection);
     connect(reply_, &QNetworkReply::finished, this, &ImagingControl::fetchFinished);
 }
 
-void ImagingControl::fetchFinished() {
+void ImagingControl::fetchFinished()
+{
     QNetworkReply *r = reply_;
     if (!r) return;
     reply_ = nullptr;
@@ -237,8 +268,8 @@ void ImagingControl::fetchFinished() {
     // The decoders read files; the body goes through a temporary one named like the
     // address so that formats known by their extension are found.
     const QString suffix = QFileInfo(r->url().path()).suffix();
-    QTemporaryFile tmp(QDir::tempPath() + QStringLiteral("/tw-fetch-XXXXXX") +
-                       (suffix.isEmpty() ? QString() : QStringLiteral(".") + suffix));
+    QTemporaryFile tmp(QDir::tempPath() + QStringLiteral("/tw-fetch-XXXXXX")
+                       + (suffix.isEmpty() ? QString() : QStringLiteral(".") + suffix));
     Picture p;
     int status = ImagingInvalidFormat;
     if (!body.isEmpty() && tmp.open()) {
@@ -271,40 +302,47 @@ double ImagingControl::controlTop() const { return toUnit(y()); }
 double ImagingControl::controlWidth() const { return toUnit(width()); }
 double ImagingControl::controlHeight() const { return toUnit(height()); }
 
-void ImagingControl::setControlWidth(double w) {
+void ImagingControl::setControlWidth(double w)
+{
     resize(std::max(0, int(std::lround(fromUnit(w)))), height());
 }
 
-void ImagingControl::setControlHeight(double h) {
+void ImagingControl::setControlHeight(double h)
+{
     resize(width(), std::max(0, int(std::lround(fromUnit(h)))));
 }
 
-void ImagingControl::moveControl(double left, double top) {
+void ImagingControl::moveControl(double left, double top)
+{
     move(int(std::lround(fromUnit(left))), int(std::lround(fromUnit(top))));
 }
 
 // ---------------------------------------------------------------- display
 
-void ImagingControl::setSizeMode(int mode) {
+void ImagingControl::setSizeMode(int mode)
+{
     sizeMode_ = (mode == SizeStretch || mode == SizeFit) ? mode : SizeNormal;
     updateScrollBars();
     applyAutoSize();
     scheduleRepaint();
 }
 
-void ImagingControl::setZoomPercent(int percent) {
+void ImagingControl::setZoomPercent(int percent)
+{
     zoom_ = std::max(1, percent);
     applyAutoSize();
     updateScrollBars();
     scheduleRepaint();
 }
 
-void ImagingControl::setAutoSize(bool on) {
+void ImagingControl::setAutoSize(bool on)
+{
     autoSize_ = on;
     applyAutoSize();
 }
 
-void ImagingControl::applyAutoSize() {
+void ImagingControl::applyAutoSize()
+{
     if (!autoSize_ || pic_.isNull() || sizeMode_ != SizeNormal) return;
     const QSizeF d = displaySize();
     const int fw = frameWidth() * 2;
@@ -312,17 +350,20 @@ void ImagingControl::applyAutoSize() {
     if (want != size()) resize(want);
 }
 
-void ImagingControl::setAutoRepaint(bool on) {
+void ImagingControl::setAutoRepaint(bool on)
+{
     autoRepaint_ = on;
     if (on && repaintOwed_) scheduleRepaint();
 }
 
-void ImagingControl::setDragPan(bool on) {
+void ImagingControl::setDragPan(bool on)
+{
     dragPan_ = on;
     if (!on) dragging_ = false;
 }
 
-void ImagingControl::setAnimationPlay(bool on) {
+void ImagingControl::setAnimationPlay(bool on)
+{
     animPlay_ = on;
     if (on) startAnimation();
     else if (animTimer_) animTimer_->stop();
@@ -330,7 +371,8 @@ void ImagingControl::setAnimationPlay(bool on) {
 
 void ImagingControl::setAnimationLoop(bool on) { animLoop_ = on; }
 
-void ImagingControl::startAnimation() {
+void ImagingControl::startAnimation()
+{
     if (pic_.frames.size() < 2) return;
     if (!animTimer_) {
         animTimer_ = new QTimer(this);
@@ -340,7 +382,8 @@ void ImagingControl::startAnimation() {
     animTimer_->start(std::max(pic_.delaysMs.value(frame_, 100), 20));
 }
 
-void ImagingControl::nextFrame() {
+void ImagingControl::nextFrame()
+{
     if (!animPlay_ || pic_.frames.size() < 2) return;
     if (frame_ + 1 >= pic_.frames.size()) {
         if (!animLoop_) return;
@@ -354,7 +397,8 @@ void ImagingControl::nextFrame() {
     startAnimation();
 }
 
-void ImagingControl::setPainting(bool on) {
+void ImagingControl::setPainting(bool on)
+{
     painting_ = on;
     if (on) {
         repaintOwed_ = true;
@@ -362,7 +406,8 @@ void ImagingControl::setPainting(bool on) {
     }
 }
 
-void ImagingControl::scheduleRepaint() {
+void ImagingControl::scheduleRepaint()
+{
     repaintOwed_ = true;
     if (!painting_) return;
     if (!autoRepaint_ && !(animPlay_ && pic_.frames.size() > 1)) return;
@@ -370,21 +415,28 @@ void ImagingControl::scheduleRepaint() {
     viewport()->update();
 }
 
-void ImagingControl::redraw() {
+void ImagingControl::redraw()
+{
     repaintOwed_ = false;
     viewport()->update();
     if (pan_) pan_->update();
 }
 
-void ImagingControl::setMousePointer(int p) {
+void ImagingControl::setMousePointer(int p)
+{
     pointer_ = p;
     updateCursor();
 }
 
-void ImagingControl::updateCursor() {
+void ImagingControl::updateCursor()
+{
     switch (pointer_) {
-    case PointerCross: viewport()->setCursor(Qt::CrossCursor); break;
-    case PointerHourglass: viewport()->setCursor(Qt::WaitCursor); break;
+    case PointerCross:
+        viewport()->setCursor(Qt::CrossCursor);
+        break;
+    case PointerHourglass:
+        viewport()->setCursor(Qt::WaitCursor);
+        break;
     default:
         if (markingMode_ == 3) viewport()->setCursor(Qt::CrossCursor);
         else viewport()->unsetCursor();
@@ -392,45 +444,53 @@ void ImagingControl::updateCursor() {
     }
 }
 
-void ImagingControl::setBackColor(uint32_t bgr) {
+void ImagingControl::setBackColor(uint32_t bgr)
+{
     back_ = bgr;
     scheduleRepaint();
 }
 
 void ImagingControl::setSecondColor(uint32_t bgr) { second_ = bgr; }
 
-void ImagingControl::setBorderStyle(int style) {
+void ImagingControl::setBorderStyle(int style)
+{
     border_ = style;
     updateFrameStyle();
 }
 
-void ImagingControl::setAppearance3D(int look) {
+void ImagingControl::setAppearance3D(int look)
+{
     look3D_ = look;
     updateFrameStyle();
 }
 
-void ImagingControl::updateFrameStyle() {
+void ImagingControl::updateFrameStyle()
+{
     if (border_ == 0) setFrameStyle(QFrame::NoFrame);
     else if (look3D_ == 1) setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
     else setFrameStyle(QFrame::Box | QFrame::Plain);
     applyAutoSize();
 }
 
-QSizeF ImagingControl::displaySize() const {
+QSizeF ImagingControl::displaySize() const
+{
     if (pic_.isNull()) return QSizeF(0, 0);
     const QSize px = pic_.frames.first().size();
     const QSizeF vp = viewport()->size();
     switch (sizeMode_) {
-    case SizeStretch: return vp;
+    case SizeStretch:
+        return vp;
     case SizeFit: {
         const double s = std::min(vp.width() / px.width(), vp.height() / px.height());
         return QSizeF(px.width() * s, px.height() * s);
     }
-    default: return QSizeF(px.width() * zoom_ / 100.0, px.height() * zoom_ / 100.0);
+    default:
+        return QSizeF(px.width() * zoom_ / 100.0, px.height() * zoom_ / 100.0);
     }
 }
 
-QRectF ImagingControl::displayRect() const {
+QRectF ImagingControl::displayRect() const
+{
     const QSizeF d = displaySize();
     if (sizeMode_ == SizeFit) {
         const QSizeF vp = viewport()->size();
@@ -440,36 +500,43 @@ QRectF ImagingControl::displayRect() const {
     return QRectF(QPointF(-horizontalScrollBar()->value(), -verticalScrollBar()->value()), d);
 }
 
-double ImagingControl::displayScaleX() const {
+double ImagingControl::displayScaleX() const
+{
     return pic_.isNull() ? 1.0 : displaySize().width() / pixelWidth();
 }
 
-double ImagingControl::displayScaleY() const {
+double ImagingControl::displayScaleY() const
+{
     return pic_.isNull() ? 1.0 : displaySize().height() / pixelHeight();
 }
 
-QPointF ImagingControl::toBitmap(const QPointF &vp) const {
+QPointF ImagingControl::toBitmap(const QPointF &vp) const
+{
     const QRectF r = displayRect();
     return QPointF((vp.x() - r.left()) / displayScaleX(), (vp.y() - r.top()) / displayScaleY());
 }
 
-QRectF ImagingControl::visibleBitmapRect() const {
+QRectF ImagingControl::visibleBitmapRect() const
+{
     if (pic_.isNull()) return QRectF();
     const QRectF vis = displayRect().intersected(QRectF(QPointF(0, 0), QSizeF(viewport()->size())));
     const QPointF a = toBitmap(vis.topLeft()), b = toBitmap(vis.bottomRight());
     return QRectF(a, b);
 }
 
-QPoint ImagingControl::scrollPosition() const {
+QPoint ImagingControl::scrollPosition() const
+{
     return QPoint(horizontalScrollBar()->value(), verticalScrollBar()->value());
 }
 
-void ImagingControl::setScrollPosition(const QPoint &p) {
+void ImagingControl::setScrollPosition(const QPoint &p)
+{
     horizontalScrollBar()->setValue(p.x());
     verticalScrollBar()->setValue(p.y());
 }
 
-void ImagingControl::updateScrollBars() {
+void ImagingControl::updateScrollBars()
+{
     // Showing a scroll bar resizes the viewport, which comes back here: one pass at a time,
     // and a policy is only set when it changes (setting it lays the children out again).
     if (inScrollUpdate_) return;
@@ -497,7 +564,8 @@ void ImagingControl::updateScrollBars() {
     inScrollUpdate_ = false;
 }
 
-const QImage &ImagingControl::scaledCache(const QSize &size) const {
+const QImage &ImagingControl::scaledCache(const QSize &size) const
+{
     const qint64 key = (qint64(size.width()) << 32) ^ size.height() ^ (qint64(frame_) << 48);
     if (cacheKey_ != key || cache_.isNull()) {
         cache_ = downscale(image(), size);
@@ -506,7 +574,8 @@ const QImage &ImagingControl::scaledCache(const QSize &size) const {
     return cache_;
 }
 
-void ImagingControl::paintEvent(QPaintEvent *e) {
+void ImagingControl::paintEvent(QPaintEvent *e)
+{
     QPainter p(viewport());
     const QRect exposed = e->rect();
     const QColor back = fromBgr(back_);
@@ -526,7 +595,8 @@ void ImagingControl::paintEvent(QPaintEvent *e) {
     const double sx = dr.width() / img.width(), sy = dr.height() / img.height();
     if (sx < 1.0 || sy < 1.0) {
         // Smaller than the bitmap: paint from a copy scaled once for this size.
-        const QSize target(std::max(1, int(std::lround(dr.width()))), std::max(1, int(std::lround(dr.height()))));
+        const QSize target(std::max(1, int(std::lround(dr.width()))),
+                           std::max(1, int(std::lround(dr.height()))));
         const QImage &small = scaledCache(target);
         const QRect tgt = QRect(dr.topLeft().toPoint(), target).intersected(exposed);
         p.drawImage(tgt.topLeft(), small, tgt.translated(-dr.topLeft().toPoint()));
@@ -536,10 +606,8 @@ void ImagingControl::paintEvent(QPaintEvent *e) {
         const QRectF tgt = dr.intersected(QRectF(exposed));
         const QRectF src((tgt.left() - dr.left()) / sx, (tgt.top() - dr.top()) / sy, tgt.width() / sx,
                          tgt.height() / sy);
-        if (sx == 1.0 && sy == 1.0)
-            p.drawImage(tgt.topLeft(), img, src);
-        else
-            p.drawImage(tgt, img, src);
+        if (sx == 1.0 && sy == 1.0) p.drawImage(tgt.topLeft(), img, src);
+        else p.drawImage(tgt, img, src);
     }
     if (!region_.isEmpty()) {
         QTransform t;
@@ -556,19 +624,22 @@ void ImagingControl::paintEvent(QPaintEvent *e) {
     emit painted();
 }
 
-void ImagingControl::resizeEvent(QResizeEvent *e) {
+void ImagingControl::resizeEvent(QResizeEvent *e)
+{
     QAbstractScrollArea::resizeEvent(e);
     updateScrollBars();
     if (pan_) pan_->update();
 }
 
-void ImagingControl::scrollContentsBy(int, int) {
+void ImagingControl::scrollContentsBy(int, int)
+{
     viewport()->update();
     if (pan_) pan_->update();
     emit scrolled();
 }
 
-bool ImagingControl::event(QEvent *e) {
+bool ImagingControl::event(QEvent *e)
+{
     // Mouse events that reach the control's own frame rather than its viewport (a click
     // on the border, or one sent to the control as a whole) count as the viewport's.
     switch (e->type()) {
@@ -590,14 +661,16 @@ bool ImagingControl::event(QEvent *e) {
     }
 }
 
-bool ImagingControl::viewportEvent(QEvent *e) {
+bool ImagingControl::viewportEvent(QEvent *e)
+{
     if (e->type() == QEvent::Resize) updateScrollBars();
     return QAbstractScrollArea::viewportEvent(e);
 }
 
 // ---------------------------------------------------------------- mouse and keys
 
-void ImagingControl::mousePressEvent(QMouseEvent *e) {
+void ImagingControl::mousePressEvent(QMouseEvent *e)
+{
     setFocus(Qt::MouseFocusReason);
     if (e->button() == Qt::LeftButton) {
         if (markingMode_ == 3 && !pic_.isNull()) {
@@ -616,7 +689,8 @@ void ImagingControl::mousePressEvent(QMouseEvent *e) {
     e->accept();
 }
 
-void ImagingControl::mouseMoveEvent(QMouseEvent *e) {
+void ImagingControl::mouseMoveEvent(QMouseEvent *e)
+{
     const QPoint pos = e->position().toPoint();
     if (markingNow_) {
         const QPointF now = toBitmap(e->position());
@@ -630,10 +704,11 @@ void ImagingControl::mouseMoveEvent(QMouseEvent *e) {
     e->accept();
 }
 
-void ImagingControl::mouseReleaseEvent(QMouseEvent *e) {
-    const int shift = int((e->modifiers() & Qt::ShiftModifier) ? 1 : 0) |
-                      int((e->modifiers() & Qt::ControlModifier) ? 2 : 0) |
-                      int((e->modifiers() & Qt::AltModifier) ? 4 : 0);
+void ImagingControl::mouseReleaseEvent(QMouseEvent *e)
+{
+    const int shift = int((e->modifiers() & Qt::ShiftModifier) ? 1 : 0)
+        | int((e->modifiers() & Qt::ControlModifier) ? 2 : 0)
+        | int((e->modifiers() & Qt::AltModifier) ? 4 : 0);
     const int button = e->button() == Qt::LeftButton ? 1 : e->button() == Qt::RightButton ? 2 : 4;
     if (markingNow_) {
         markingNow_ = false;
@@ -650,29 +725,32 @@ void ImagingControl::mouseReleaseEvent(QMouseEvent *e) {
     e->accept();
 }
 
-void ImagingControl::mouseDoubleClickEvent(QMouseEvent *e) {
+void ImagingControl::mouseDoubleClickEvent(QMouseEvent *e)
+{
     if (e->button() == Qt::LeftButton) emit doubleClicked();
     e->accept();
 }
 
-void ImagingControl::keyPressEvent(QKeyEvent *e) {
-    const int shift = int((e->modifiers() & Qt::ShiftModifier) ? 1 : 0) |
-                      int((e->modifiers() & Qt::ControlModifier) ? 2 : 0) |
-                      int((e->modifiers() & Qt::AltModifier) ? 4 : 0);
+void ImagingControl::keyPressEvent(QKeyEvent *e)
+{
+    const int shift = int((e->modifiers() & Qt::ShiftModifier) ? 1 : 0)
+        | int((e->modifiers() & Qt::ControlModifier) ? 2 : 0)
+        | int((e->modifiers() & Qt::AltModifier) ? 4 : 0);
     emit keyDown(windowsKeyCode(e), shift);
     e->accept();
 }
 
-void ImagingControl::leaveEvent(QEvent *e) {
+void ImagingControl::leaveEvent(QEvent *e)
+{
     if (magnifier_) magnifier_->hide();
     QAbstractScrollArea::leaveEvent(e);
 }
 
 // ---------------------------------------------------------------- magnifier
 
-void ImagingControl::startMagnifier(double glassWidth, double glassHeight, int16_t zoomPercent,
-                                    int32_t, uint32_t borderColor, bool crosshair, double, bool,
-                                    int16_t, bool, bool) {
+void ImagingControl::startMagnifier(double glassWidth, double glassHeight, int16_t zoomPercent, int32_t,
+                                    uint32_t borderColor, bool crosshair, double, bool, int16_t, bool, bool)
+{
     stopMagnifier();
     magnifier_ = new MagnifierGlass(this, QSize(int(glassWidth), int(glassHeight)),
                                     std::max<int>(zoomPercent, 1), borderColor, crosshair);
@@ -681,27 +759,31 @@ void ImagingControl::startMagnifier(double glassWidth, double glassHeight, int16
     if (viewport()->rect().contains(at)) magnifyAt(at);
 }
 
-void ImagingControl::stopMagnifier() {
+void ImagingControl::stopMagnifier()
+{
     delete magnifier_;
     magnifier_ = nullptr;
 }
 
-void ImagingControl::magnifyAt(const QPoint &vp) {
+void ImagingControl::magnifyAt(const QPoint &vp)
+{
     if (!magnifier_ || pic_.isNull()) return;
     magnifier_->showAt(vp);
 }
 
-MagnifierGlass::MagnifierGlass(ImagingControl *owner, QSize glass, int zoomPercent,
-                               uint32_t borderColor, bool crosshair)
+MagnifierGlass::MagnifierGlass(ImagingControl *owner, QSize glass, int zoomPercent, uint32_t borderColor,
+                               bool crosshair)
     : QWidget(owner->viewport()), owner_(owner), zoom_(zoomPercent), border_(borderColor),
-      crosshair_(crosshair) {
+      crosshair_(crosshair)
+{
     setObjectName(QStringLiteral("MagnifierGlass"));
     resize(glass);
     setAttribute(Qt::WA_TransparentForMouseEvents);
     hide();
 }
 
-void MagnifierGlass::showAt(const QPoint &vp) {
+void MagnifierGlass::showAt(const QPoint &vp)
+{
     centre_ = vp;
     move(vp.x() - width() / 2, vp.y() - height() / 2);
     show();
@@ -709,11 +791,13 @@ void MagnifierGlass::showAt(const QPoint &vp) {
     update();
 }
 
-void MagnifierGlass::paintEvent(QPaintEvent *) {
+void MagnifierGlass::paintEvent(QPaintEvent *)
+{
     QPainter p(this);
     const QImage img = owner_->image();
-    p.fillRect(rect(), QColor(int(owner_->backColor() & 0xFF), int((owner_->backColor() >> 8) & 0xFF),
-                              int((owner_->backColor() >> 16) & 0xFF)));
+    p.fillRect(rect(),
+               QColor(int(owner_->backColor() & 0xFF), int((owner_->backColor() >> 8) & 0xFF),
+                      int((owner_->backColor() >> 16) & 0xFF)));
     if (!img.isNull()) {
         // The glass shows the displayed picture under it enlarged by its zoom.
         const QRectF dr = owner_->displayRect();
@@ -736,7 +820,8 @@ void MagnifierGlass::paintEvent(QPaintEvent *) {
 
 // ---------------------------------------------------------------- pan window
 
-int ImagingControl::showPanWindow(bool show) {
+int ImagingControl::showPanWindow(bool show)
+{
     if (!show) {
         if (pan_) pan_->hide();
         return 0;
@@ -753,13 +838,14 @@ int ImagingControl::showPanWindow(bool show) {
 }
 
 PanWindow::PanWindow(ImagingControl *owner)
-    : QWidget(owner->window(), Qt::Tool | Qt::WindowTitleHint | Qt::WindowCloseButtonHint),
-      owner_(owner) {
+    : QWidget(owner->window(), Qt::Tool | Qt::WindowTitleHint | Qt::WindowCloseButtonHint), owner_(owner)
+{
     setObjectName(QStringLiteral("PanWindow"));
     setAttribute(Qt::WA_DeleteOnClose, false);
 }
 
-QRectF PanWindow::pictureRect() const {
+QRectF PanWindow::pictureRect() const
+{
     const QImage img = owner_->image();
     if (img.isNull()) return QRectF();
     const double s = std::min(double(width()) / img.width(), double(height()) / img.height());
@@ -767,7 +853,8 @@ QRectF PanWindow::pictureRect() const {
     return QRectF(QPointF((width() - d.width()) / 2, (height() - d.height()) / 2), d);
 }
 
-QRectF PanWindow::viewRect() const {
+QRectF PanWindow::viewRect() const
+{
     const QRectF pr = pictureRect();
     const QImage img = owner_->image();
     if (img.isNull()) return QRectF();
@@ -776,7 +863,8 @@ QRectF PanWindow::viewRect() const {
     return QRectF(pr.left() + vis.left() * s, pr.top() + vis.top() * s, vis.width() * s, vis.height() * s);
 }
 
-void PanWindow::centreViewAt(const QPointF &pos) {
+void PanWindow::centreViewAt(const QPointF &pos)
+{
     const QRectF pr = pictureRect();
     const QImage img = owner_->image();
     if (img.isNull() || pr.isEmpty()) return;
@@ -784,36 +872,41 @@ void PanWindow::centreViewAt(const QPointF &pos) {
     const QRectF vis = owner_->visibleBitmapRect();
     const QPointF bitmapCentre((pos.x() - pr.left()) / s, (pos.y() - pr.top()) / s);
     const QPointF topLeft = bitmapCentre - QPointF(vis.width() / 2, vis.height() / 2);
-    owner_->setScrollPosition(QPoint(int(topLeft.x() * owner_->displayScaleX()),
-                                     int(topLeft.y() * owner_->displayScaleY())));
+    owner_->setScrollPosition(
+        QPoint(int(topLeft.x() * owner_->displayScaleX()), int(topLeft.y() * owner_->displayScaleY())));
     update();
 }
 
-void PanWindow::paintEvent(QPaintEvent *) {
+void PanWindow::paintEvent(QPaintEvent *)
+{
     QPainter p(this);
     p.fillRect(rect(), palette().window());
     const QImage img = owner_->image();
     if (img.isNull()) return;
     const QRectF pr = pictureRect();
     p.setRenderHint(QPainter::SmoothPixmapTransform);
-    p.drawImage(pr, img.scaled(pr.size().toSize().expandedTo(QSize(1, 1)), Qt::IgnoreAspectRatio,
-                               Qt::FastTransformation));
+    p.drawImage(pr,
+                img.scaled(pr.size().toSize().expandedTo(QSize(1, 1)), Qt::IgnoreAspectRatio,
+                           Qt::FastTransformation));
     const uint32_t c = owner_->panWindowProps().rectColor;
     p.setPen(QPen(QColor(int(c & 0xFF), int((c >> 8) & 0xFF), int((c >> 16) & 0xFF)), 2));
     p.drawRect(viewRect());
 }
 
-void PanWindow::mousePressEvent(QMouseEvent *e) {
+void PanWindow::mousePressEvent(QMouseEvent *e)
+{
     if (e->button() == Qt::LeftButton) centreViewAt(e->position());
 }
 
-void PanWindow::mouseMoveEvent(QMouseEvent *e) {
+void PanWindow::mouseMoveEvent(QMouseEvent *e)
+{
     if (e->buttons() & Qt::LeftButton) centreViewAt(e->position());
 }
 
 // ---------------------------------------------------------------- regions
 
-void ImagingControl::setRegionMarking(int mode) {
+void ImagingControl::setRegionMarking(int mode)
+{
     markingMode_ = mode == 3 ? 3 : 0;
     markingNow_ = false;
     updateCursor();
@@ -822,19 +915,22 @@ void ImagingControl::setRegionMarking(int mode) {
 double ImagingControl::regionWidth() const { return toUnit(std::round(region_.boundingRect().width())); }
 double ImagingControl::regionHeight() const { return toUnit(std::round(region_.boundingRect().height())); }
 
-void ImagingControl::setEllipseRegion(const QRectF &r) {
+void ImagingControl::setEllipseRegion(const QRectF &r)
+{
     region_ = QPainterPath();
     if (r.width() >= 1 && r.height() >= 1) region_.addEllipse(r.normalized());
     viewport()->update();
 }
 
-void ImagingControl::freeRegion() {
+void ImagingControl::freeRegion()
+{
     region_ = QPainterPath();
     markingNow_ = false;
     viewport()->update();
 }
 
-int ImagingControl::fillRegion(uint32_t bgr) {
+int ImagingControl::fillRegion(uint32_t bgr)
+{
     if (pic_.isNull()) return ImagingInvalidBitmap;
     if (region_.isEmpty()) return ImagingInvalidParameter;
     QImage &img = pic_.frames[frame_];  // detaches from any other holder of the pixels
@@ -849,7 +945,8 @@ int ImagingControl::fillRegion(uint32_t bgr) {
 
 // ---------------------------------------------------------------- pixel operations
 
-int ImagingControl::resizeBitmap(int w, int h, int flags) {
+int ImagingControl::resizeBitmap(int w, int h, int flags)
+{
     if (pic_.isNull()) return ImagingInvalidBitmap;
     if (w < 1 || h < 1 || int64_t(w) * h > pictureAreaLimit()) return ImagingInvalidSize;
     Picture p = pic_;
@@ -867,7 +964,8 @@ int ImagingControl::resizeBitmap(int w, int h, int flags) {
     return ImagingOk;
 }
 
-int ImagingControl::copyToClipboard(int) {
+int ImagingControl::copyToClipboard(int)
+{
     if (pic_.isNull()) return ImagingInvalidBitmap;
     const QImage img = image();
     auto *mime = new QMimeData;
@@ -889,7 +987,8 @@ int ImagingControl::copyToClipboard(int) {
     return ImagingOk;
 }
 
-int ImagingControl::changeBrightness(int amount) {
+int ImagingControl::changeBrightness(int amount)
+{
     if (pic_.isNull()) return ImagingInvalidBitmap;
     const int a = std::clamp(amount, -100, 100);
     Picture p = pic_;
@@ -900,7 +999,8 @@ int ImagingControl::changeBrightness(int amount) {
     return ImagingOk;
 }
 
-int ImagingControl::changeContrast(int amount) {
+int ImagingControl::changeContrast(int amount)
+{
     if (pic_.isNull()) return ImagingInvalidBitmap;
     const int a = std::clamp(amount, -100, 100);
     Picture p = pic_;

@@ -88,7 +88,7 @@ public:
     double bitmapWidth() const;
     double bitmapHeight() const;
     int bitsPerPixel() const { return pic_.isNull() ? 0 : pic_.bitsPerPixel; }
-    int pixelWidth() const;   // always pixels
+    int pixelWidth() const;  // always pixels
     int pixelHeight() const;
     int scaleUnit() const { return unit_; }
     void setScaleUnit(int unit);
@@ -168,7 +168,7 @@ public:
     void setRegionMarking(int mode);  // 0 off, 3 ellipse drawn with the mouse
     int regionMarking() const { return markingMode_; }
     bool hasRegion() const { return !region_.isEmpty(); }
-    double regionWidth() const;   // in the scale unit
+    double regionWidth() const;  // in the scale unit
     double regionHeight() const;
     QRectF regionBounds() const { return region_.boundingRect(); }  // bitmap pixels
     void setEllipseRegion(const QRectF &bitmapRect);
@@ -181,7 +181,7 @@ public:
     int resizeBitmap(int width, int height, int flags);  // flags 0 plain, 2 resample
     int copyToClipboard(int flags);
     int changeBrightness(int amount);  // -100..100
-    int changeContrast(int amount);    // -100..100
+    int changeContrast(int amount);  // -100..100
 
     // Paints counted since creation (the benchmark reads them).
     int paintCount() const { return paints_; }
@@ -280,8 +280,7 @@ private:
 class MagnifierGlass : public QWidget {
     Q_OBJECT
 public:
-    MagnifierGlass(ImagingControl *owner, QSize glass, int zoomPercent, uint32_t borderColor,
-                   bool crosshair);
+    MagnifierGlass(ImagingControl *owner, QSize glass, int zoomPercent, uint32_t borderColor, bool crosshair);
     void showAt(const QPoint &viewportPos);
     int zoomPercent() const { return zoom_; }
     QPoint centre() const { return centre_; }

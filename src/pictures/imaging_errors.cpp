@@ -69,16 +69,18 @@ constexpr std::array<Row, 51> kRows{{
 
 }  // namespace
 
-QString GetImagingErrorText(int32_t code) {
+QString GetImagingErrorText(int32_t code)
+{
     for (const Row &r : kRows) {
         if (code >= r.low && code <= r.high) return QString::fromLatin1(r.text);
     }
     return QString();
 }
 
-QString imagingErrorMessage(int32_t code) {
-    return QStringLiteral("Error '") + QString::number(code) + QStringLiteral(", ") +
-           GetImagingErrorText(code) + QStringLiteral("' was generated.");
+QString imagingErrorMessage(int32_t code)
+{
+    return QStringLiteral("Error '") + QString::number(code) + QStringLiteral(", ")
+        + GetImagingErrorText(code) + QStringLiteral("' was generated.");
 }
 
 }  // namespace tw

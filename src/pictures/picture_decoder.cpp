@@ -21,7 +21,8 @@ namespace {
 QStringList *g_jpegWarnings = nullptr;
 QtMessageHandler g_previousHandler = nullptr;
 
-void catchDecoderWarnings(QtMsgType type, const QMessageLogContext &ctx, const QString &msg) {
+void catchDecoderWarnings(QtMsgType type, const QMessageLogContext &ctx, const QString &msg)
+{
     if (g_jpegWarnings && type == QtWarningMsg) {
         g_jpegWarnings->append(msg);
         return;
@@ -31,20 +32,22 @@ void catchDecoderWarnings(QtMsgType type, const QMessageLogContext &ctx, const Q
 
 class WarningCatcher {
 public:
-    WarningCatcher() {
+    WarningCatcher()
+    {
         g_jpegWarnings = &messages;
         g_previousHandler = qInstallMessageHandler(catchDecoderWarnings);
     }
-    ~WarningCatcher() {
+    ~WarningCatcher()
+    {
         qInstallMessageHandler(g_previousHandler);
         g_jpegWarnings = nullptr;
     }
-    bool truncated() const {
+    bool truncated() const
+    {
         for (const QString &m : messages) {
-            if (m.contains(QLatin1String("Premature end")) ||
-                m.contains(QLatin1String("premature end")) ||
-                m.contains(QLatin1String("Not enough image data")) ||
-                m.contains(QLatin1String("Read Error")))
+            if (m.contains(QLatin1String("Premature end")) || m.contains(QLatin1String("premature end"))
+                || m.contains(QLatin1String("Not enough image data"))
+                || m.contains(QLatin1String("Read Error")))
                 return true;
         }
         return false;
@@ -52,31 +55,40 @@ public:
     QStringList messages;
 };
 
-bool isQtFormat(const QByteArray &f) {
+bool isQtFormat(const QByteArray &f)
+{
     return f == "jpeg" || f == "png" || f == "bmp" || f == "gif" || f == "tiff";
 }
 
-int bitsOfFormat(QImage::Format f) {
+int bitsOfFormat(QImage::Format f)
+{
     switch (f) {
     case QImage::Format_Mono:
-    case QImage::Format_MonoLSB: return 1;
+    case QImage::Format_MonoLSB:
+        return 1;
     case QImage::Format_Indexed8:
     case QImage::Format_Grayscale8:
-    case QImage::Format_Alpha8: return 8;
-    case QImage::Format_Grayscale16: return 16;
+    case QImage::Format_Alpha8:
+        return 8;
+    case QImage::Format_Grayscale16:
+        return 16;
     case QImage::Format_RGB16:
-    case QImage::Format_RGB555: return 16;
+    case QImage::Format_RGB555:
+        return 16;
     case QImage::Format_ARGB32:
     case QImage::Format_ARGB32_Premultiplied:
     case QImage::Format_RGBA8888:
     case QImage::Format_RGBA8888_Premultiplied:
     case QImage::Format_RGBA64:
-    case QImage::Format_RGBA64_Premultiplied: return 32;
-    default: return 24;
+    case QImage::Format_RGBA64_Premultiplied:
+        return 32;
+    default:
+        return 24;
     }
 }
 
-QString coderOfQtFormat(const QByteArray &f) {
+QString coderOfQtFormat(const QByteArray &f)
+{
     if (f == "jpeg") return QStringLiteral("JPEG");
     if (f == "png") return QStringLiteral("PNG");
     if (f == "bmp") return QStringLiteral("BMP");
@@ -84,9 +96,9 @@ QString coderOfQtFormat(const QByteArray &f) {
     return QStringLiteral("TIFF");
 }
 
-
 // The display form every frame is kept in: 32 bits a pixel, alpha only where the file has it.
-QImage displayForm(const QImage &img) {
+QImage displayForm(const QImage &img)
+{
     if (img.hasAlphaChannel()) {
         if (img.format() == QImage::Format_ARGB32 || img.format() == QImage::Format_ARGB32_Premultiplied)
             return img;
@@ -96,33 +108,48 @@ QImage displayForm(const QImage &img) {
     return img.convertToFormat(QImage::Format_RGB32);
 }
 
-int statusOfMagick(magick::Status s) {
+int statusOfMagick(magick::Status s)
+{
     switch (s) {
-    case magick::Status::Ok: return ImagingOk;
-    case magick::Status::NoSuchFile: return ImagingFileNotFound;
-    case magick::Status::NotAPicture: return ImagingInvalidFormat;
-    case magick::Status::Corrupt: return ImagingReadError;
-    case magick::Status::TooLarge: return ImagingNoMemory;
-    case magick::Status::NoCoder: return ImagingSubtypeNotSupported;
-    case magick::Status::BadPage: return ImagingInvalidParameter;
-    case magick::Status::WriteFailed: return ImagingWriteError;
+    case magick::Status::Ok:
+        return ImagingOk;
+    case magick::Status::NoSuchFile:
+        return ImagingFileNotFound;
+    case magick::Status::NotAPicture:
+        return ImagingInvalidFormat;
+    case magick::Status::Corrupt:
+        return ImagingReadError;
+    case magick::Status::TooLarge:
+        return ImagingNoMemory;
+    case magick::Status::NoCoder:
+        return ImagingSubtypeNotSupported;
+    case magick::Status::BadPage:
+        return ImagingInvalidParameter;
+    case magick::Status::WriteFailed:
+        return ImagingWriteError;
     }
     return ImagingGeneralFailure;
 }
 
-int statusOfFrames(FrameDecodeStatus s) {
+int statusOfFrames(FrameDecodeStatus s)
+{
     switch (s) {
-    case FrameDecodeStatus::Ok: return ImagingOk;
-    case FrameDecodeStatus::NotThisFormat: return ImagingInvalidFormat;
-    case FrameDecodeStatus::Corrupt: return ImagingReadError;
-    case FrameDecodeStatus::TooLarge: return ImagingNoMemory;
+    case FrameDecodeStatus::Ok:
+        return ImagingOk;
+    case FrameDecodeStatus::NotThisFormat:
+        return ImagingInvalidFormat;
+    case FrameDecodeStatus::Corrupt:
+        return ImagingReadError;
+    case FrameDecodeStatus::TooLarge:
+        return ImagingNoMemory;
     }
     return ImagingGeneralFailure;
 }
 
 enum class Route { Qt, AnimatedCursor, Flic, Other };
 
-Route routeOf(const QString &path, QByteArray *qtFormat) {
+Route routeOf(const QString &path, QByteArray *qtFormat)
+{
     QFile f(path);
     if (!f.open(QIODevice::ReadOnly)) return Route::Other;
     const QByteArray head = f.read(16);
@@ -138,8 +165,9 @@ Route routeOf(const QString &path, QByteArray *qtFormat) {
     return Route::Other;
 }
 
-int decodeWithQt(const QString &path, const QByteArray &format, int page, bool allPages,
-                 Picture *out, QString *detail) {
+int decodeWithQt(const QString &path, const QByteArray &format, int page, bool allPages, Picture *out,
+                 QString *detail)
+{
     const int64_t area = pictureAreaLimit();
     QImageReader::setAllocationLimit(int(std::min<int64_t>(area * 4 / (1024 * 1024) + 1, 1 << 20)));
     QImageReader r(path, format);
@@ -180,9 +208,10 @@ int decodeWithQt(const QString &path, const QByteArray &format, int page, bool a
             if (!pic.frames.isEmpty() && allPages) break;  // the pages before the damage stay
             if (r.error() == QImageReader::InvalidDataError && first > 0 && pic.frames.isEmpty())
                 return ImagingInvalidParameter;
-            return int64_t(size.width()) * size.height() * 4 > int64_t(QImageReader::allocationLimit()) * 1024 * 1024
-                       ? ImagingNoMemory
-                       : ImagingReadError;
+            return int64_t(size.width()) * size.height() * 4
+                    > int64_t(QImageReader::allocationLimit()) * 1024 * 1024
+                ? ImagingNoMemory
+                : ImagingReadError;
         }
         used += int64_t(img.width()) * img.height() * 4;
         if (used > area * 4) {
@@ -202,7 +231,8 @@ int decodeWithQt(const QString &path, const QByteArray &format, int page, bool a
 }  // namespace
 
 // The page asked for (1-based), or every frame, of frames decoded outside ImageMagick.
-static int pictureOfFrames(const DecodedFrames &frames, int page, bool allPages, Picture *out) {
+static int pictureOfFrames(const DecodedFrames &frames, int page, bool allPages, Picture *out)
+{
     Picture pic;
     pic.bitsPerPixel = frames.bitsPerPixel;
     const int first = std::max(page, 1) - 1;
@@ -220,11 +250,12 @@ static int pictureOfFrames(const DecodedFrames &frames, int page, bool allPages,
 
 int64_t pictureAreaLimit() { return magick::areaLimit(); }
 
-QImage decodeIconData(const QByteArray &data) {
+QImage decodeIconData(const QByteArray &data)
+{
     magick::Decoded d;
     QString msg;
-    if (magick::readBlob(data, QStringLiteral("ICO"), &d, &msg) == magick::Status::Ok &&
-        !d.frames.isEmpty()) {
+    if (magick::readBlob(data, QStringLiteral("ICO"), &d, &msg) == magick::Status::Ok
+        && !d.frames.isEmpty()) {
         // An icon file may hold several sizes; the largest is the picture.
         QImage best = d.frames.first();
         for (const QImage &f : d.frames) {
@@ -237,7 +268,8 @@ QImage decodeIconData(const QByteArray &data) {
     return img;
 }
 
-int decodePictureFile(const QString &path, int page, bool allPages, Picture *out, QString *detail) {
+int decodePictureFile(const QString &path, int page, bool allPages, Picture *out, QString *detail)
+{
     const QFileInfo info(path);
     if (!info.exists() || !info.isFile()) return ImagingFileNotFound;
     if (info.size() == 0) return ImagingInvalidFormat;
@@ -256,8 +288,8 @@ int decodePictureFile(const QString &path, int page, bool allPages, Picture *out
         if (!f.open(QIODevice::ReadOnly)) return ImagingCannotOpen;
         if (f.size() > maxBytes) return ImagingNoMemory;
         DecodedFrames frames;
-        const FrameDecodeStatus s = decodeAnimatedCursor(f.readAll(), decodeIconData, maxBytes,
-                                                         &frames, detail);
+        const FrameDecodeStatus s =
+            decodeAnimatedCursor(f.readAll(), decodeIconData, maxBytes, &frames, detail);
         if (s != FrameDecodeStatus::Ok) return statusOfFrames(s);
         return pictureOfFrames(frames, page, allPages, out);
     }
@@ -297,7 +329,8 @@ int decodePictureFile(const QString &path, int page, bool allPages, Picture *out
     return statusOfMagick(ms);
 }
 
-int readPictureFacts(const QString &path, int page, FileFacts *out, QString *detail) {
+int readPictureFacts(const QString &path, int page, FileFacts *out, QString *detail)
+{
     const QFileInfo info(path);
     if (!info.exists() || !info.isFile()) return ImagingFileNotFound;
     if (info.size() == 0) return ImagingInvalidFormat;
@@ -334,12 +367,12 @@ int readPictureFacts(const QString &path, int page, FileFacts *out, QString *det
         QString msg;
         // Raw fax and the vector formats have no size in their header that ImageMagick
         // reports on a header read; those are decoded below.
-        static const QStringList unreliable{QStringLiteral("FAX"), QStringLiteral("G3"), QStringLiteral("G4"),
-                                            QStringLiteral("EPS"), QStringLiteral("EPSF"), QStringLiteral("EPSI"),
-                                            QStringLiteral("EPT"), QStringLiteral("PS"), QStringLiteral("PDF"),
-                                            QStringLiteral("WMF"), QStringLiteral("WMZ")};
-        if (magick::ping(path, page, &mf, &msg) == magick::Status::Ok && mf.width > 0 &&
-            !unreliable.contains(mf.coder)) {
+        static const QStringList unreliable{
+            QStringLiteral("FAX"),  QStringLiteral("G3"),   QStringLiteral("G4"),  QStringLiteral("EPS"),
+            QStringLiteral("EPSF"), QStringLiteral("EPSI"), QStringLiteral("EPT"), QStringLiteral("PS"),
+            QStringLiteral("PDF"),  QStringLiteral("WMF"),  QStringLiteral("WMZ")};
+        if (magick::ping(path, page, &mf, &msg) == magick::Status::Ok && mf.width > 0
+            && !unreliable.contains(mf.coder)) {
             f.width = mf.width;
             f.height = mf.height;
             f.bitsPerPixel = mf.bitsPerPixel;

@@ -12,8 +12,7 @@ namespace tw {
 
 // Decodes page `page` (1-based, 0 counts as 1) or, with allPages, every page or frame.
 // 0 or an imaging status code.
-int decodePictureFile(const QString &path, int page, bool allPages, Picture *out,
-                      QString *detail = nullptr);
+int decodePictureFile(const QString &path, int page, bool allPages, Picture *out, QString *detail = nullptr);
 // The facts of one page of a file. 0 or an imaging status code.
 int readPictureFacts(const QString &path, int page, FileFacts *out, QString *detail = nullptr);
 // The largest picture, in pixels, that is decoded: ImageMagick's area limit in force.

@@ -42,14 +42,16 @@ QString boolText(bool v) { return v ? QStringLiteral("true") : QStringLiteral("f
 
 }  // namespace
 
-PicturesModule::PicturesModule(PageHost &host) : TabPage(host, 2) {
+PicturesModule::PicturesModule(PageHost &host) : TabPage(host, 2)
+{
     setObjectName(QStringLiteral("PicturesModule"));
     registerRoutines();
 }
 
 QMainWindow &PicturesModule::win() const { return *host_.window(); }
 
-void PicturesModule::build(QWidget *panel) {
+void PicturesModule::build(QWidget *panel)
+{
     // The picture panel Frame1(0) fills the tab; the picture history List3 stays out of sight.
     auto *p2 = new QVBoxLayout(panel);
     p2->setContentsMargins(0, 0, 0, 0);
@@ -81,7 +83,8 @@ void PicturesModule::build(QWidget *panel) {
     Frame5->setFrameShape(QFrame::StyledPanel);
     Frame5->setAutoFillBackground(true);
     auto *lay = new QVBoxLayout(Frame5);
-    auto *label = new QLabel(QStringLiteral("Loading File on the Internet - This may take a few Minutes."), Frame5);
+    auto *label =
+        new QLabel(QStringLiteral("Loading File on the Internet - This may take a few Minutes."), Frame5);
     label->setObjectName(QStringLiteral("Label5"));
     label->setWordWrap(true);
     label->setAlignment(Qt::AlignCenter);
@@ -107,10 +110,10 @@ void PicturesModule::build(QWidget *panel) {
             [this](int button, int, double, double) { Image1_MouseUp(button); });
     connect(Image1, &ImagingControl::readyStateChanged, this, &PicturesModule::Image1_ReadyStateChange);
     connect(Image1, &ImagingControl::loadFinished, this, &PicturesModule::FinishInternetPicture);
-
 }
 
-void PicturesModule::registerRoutines() {
+void PicturesModule::registerRoutines()
+{
     auto noArgs = [](std::function<void()> f) {
         return [f](const QStringList &) {
             f();
@@ -124,8 +127,10 @@ void PicturesModule::registerRoutines() {
     });
     registerScenarioRoutine(QStringLiteral("ResetPicture"), noArgs([this] { ResetPicture(); }));
     registerScenarioRoutine(QStringLiteral("ResizeImage"), noArgs([this] { ResizeImage(); }));
-    registerScenarioRoutine(QStringLiteral("FinishInternetPicture"), noArgs([this] { FinishInternetPicture(); }));
-    registerScenarioRoutine(QStringLiteral("CheckInternetPicture"), noArgs([this] { CheckInternetPicture(); }));
+    registerScenarioRoutine(QStringLiteral("FinishInternetPicture"),
+                            noArgs([this] { FinishInternetPicture(); }));
+    registerScenarioRoutine(QStringLiteral("CheckInternetPicture"),
+                            noArgs([this] { CheckInternetPicture(); }));
     registerScenarioRoutine(QStringLiteral("SnapWindow"), noArgs([this] { SnapWindow(); }));
     registerScenarioRoutine(QStringLiteral("StartMagnify"), noArgs([this] { StartMagnify(); }));
     registerScenarioRoutine(QStringLiteral("StopMagnify"), noArgs([this] { StopMagnify(); }));
@@ -154,12 +159,14 @@ void PicturesModule::registerRoutines() {
 
 PicturesModule::~PicturesModule() = default;
 
-double PicturesModule::secondsNow() const {
+double PicturesModule::secondsNow() const
+{
     if (Clock) return Clock();
     return QTime::currentTime().msecsSinceStartOfDay() / 1000.0;
 }
 
-void PicturesModule::setTool(const QString &id, bool on) {
+void PicturesModule::setTool(const QString &id, bool on)
+{
     // A view tool's state set from code runs its command only when the state changes: a
     // tool already in that state just keeps it. The state compared is the tool's own, as
     // last set here or by the user's press of that tool; the check mark that an option
@@ -175,29 +182,43 @@ void PicturesModule::setTool(const QString &id, bool on) {
     host_.tools().setChecked(id, on);
 }
 
-void PicturesModule::setFormPointer(int pointer) {
+void PicturesModule::setFormPointer(int pointer)
+{
     if (pointer == ImagingControl::PointerHourglass) win().setCursor(Qt::WaitCursor);
     else win().unsetCursor();
     win().setProperty("MousePointer", pointer);
 }
 
-void PicturesModule::setPointers(int pointer) {
+void PicturesModule::setPointers(int pointer)
+{
     setFormPointer(pointer);
     Image1->setMousePointer(pointer);
 }
 
-QStringList PicturesModule::handledTools() const {
-    return {kViewNormal,          kViewStretch,       kViewSnap,         kViewFit,
-            kViewZoom,            kViewMagnify,       kViewPan,          tool::mnuImageReset,
-            tool::mnuCopy,        tool::mnuRemoveRed_Eye, tool::mnuBrightness, tool::mnuContrast,
-            tool::Resize,         tool::mnuImageViewDropDown};
+QStringList PicturesModule::handledTools() const
+{
+    return {kViewNormal,
+            kViewStretch,
+            kViewSnap,
+            kViewFit,
+            kViewZoom,
+            kViewMagnify,
+            kViewPan,
+            tool::mnuImageReset,
+            tool::mnuCopy,
+            tool::mnuRemoveRed_Eye,
+            tool::mnuBrightness,
+            tool::mnuContrast,
+            tool::Resize,
+            tool::mnuImageViewDropDown};
     // The edit and print tools answer with the save question already, but stay grey until
     // the editors and the print window are part of the build.
 }
 
 bool PicturesModule::pictureWithoutFile() const { return AcquiredPicture && Image1->bitsPerPixel() > 0; }
 
-void PicturesModule::applyColors() {
+void PicturesModule::applyColors()
+{
     if (!built()) return;
     const ColorSettings &c = G.Colors;
     paintWidget(List3, c.ListBack, c.ListText);
@@ -209,7 +230,8 @@ void PicturesModule::applyColors() {
     frame_->setPalette(fp);
 }
 
-bool PicturesModule::variableText(const QString &n, QString *out) const {
+bool PicturesModule::variableText(const QString &n, QString *out) const
+{
     if (n == QLatin1String("PictureChanged")) {
         *out = boolText(PictureChanged);
         return true;
@@ -247,7 +269,8 @@ bool PicturesModule::variableText(const QString &n, QString *out) const {
     else if (n == QLatin1String("Image1_AnimationLoop")) *out = boolText(Image1->animationLoop());
     else if (n == QLatin1String("Image1_DragPan")) *out = boolText(Image1->dragPan());
     else if (n == QLatin1String("Image1_MousePointer")) *out = QString::number(Image1->mousePointer());
-    else if (n == QLatin1String("Form_MousePointer")) *out = QString::number(win().property("MousePointer").toInt());
+    else if (n == QLatin1String("Form_MousePointer"))
+        *out = QString::number(win().property("MousePointer").toInt());
     else if (n == QLatin1String("Image1_BackColor")) *out = QString::number(Image1->backColor());
     else if (n == QLatin1String("Image1_Frames")) *out = QString::number(Image1->picture().frames.size());
     else if (n == QLatin1String("Image1_RegionMarking")) *out = QString::number(Image1->regionMarking());
@@ -259,10 +282,12 @@ bool PicturesModule::variableText(const QString &n, QString *out) const {
     else if (n == QLatin1String("Image1_Height")) *out = QString::number(Image1->height());
     else if (n == QLatin1String("Image1_CentrePixel")) {
         const QImage img = Image1->image();
-        *out = img.isNull() ? QString()
-                            : QString::number(fromQColor(QColor(img.pixel(img.width() / 2, img.height() / 2))));
+        *out = img.isNull()
+            ? QString()
+            : QString::number(fromQColor(QColor(img.pixel(img.width() / 2, img.height() / 2))));
     } else if (n == QLatin1String("Image2_PixelWidth")) *out = QString::number(Image2->pixelWidth());
-    else if (n == QLatin1String("PanWindow_Visible")) *out = boolText(Image1->panWindow() && Image1->panWindow()->isVisible());
+    else if (n == QLatin1String("PanWindow_Visible"))
+        *out = boolText(Image1->panWindow() && Image1->panWindow()->isVisible());
     else if (n == QLatin1String("PanWindow_Left")) *out = QString::number(Image1->panWindowProps().left);
     else if (n == QLatin1String("PanWindow_Top")) *out = QString::number(Image1->panWindowProps().top);
     else if (n == QLatin1String("PanWindow_Caption")) *out = Image1->panWindowProps().caption;
@@ -275,7 +300,8 @@ bool PicturesModule::variableText(const QString &n, QString *out) const {
 
 // ---------------------------------------------------------------- loading
 
-void PicturesModule::LoadImage(const QString &path) {
+void PicturesModule::LoadImage(const QString &path)
+{
     ensureBuilt();
     // 1. The save guard: the prompt names the picture on show; No or a failed save go on.
     offerToSavePicture();
@@ -337,13 +363,15 @@ void PicturesModule::LoadImage(const QString &path) {
     if (!host_.state().StartingUp && G.Options.AutoPicture) host_.selectTab(2);
 }
 
-bool PicturesModule::IsInViewList(const QString &path) const {
+bool PicturesModule::IsInViewList(const QString &path) const
+{
     for (int i = 0; i < List3->count(); ++i)
         if (List3->item(i)->text() == path) return true;
     return false;
 }
 
-void PicturesModule::ResetPicture() {
+void PicturesModule::ResetPicture()
+{
     if (MagnifyOn) StopMagnify();
     Image1->setAppearance3D(0);
     Image1->setBorderStyle(1);
@@ -366,7 +394,8 @@ void PicturesModule::ResetPicture() {
     ResizeImage();
 }
 
-void PicturesModule::ResizeImage() {
+void PicturesModule::ResizeImage()
+{
     if (host_.state().StartingUp) return;
     Image1->setScaleUnit(ImagingControl::UnitTwips);
     const double H = frame_->height() * kTwips;
@@ -383,7 +412,8 @@ void PicturesModule::ResizeImage() {
 
 // ---------------------------------------------------------------- the Internet
 
-void PicturesModule::Image1_ReadyStateChange(int state) {
+void PicturesModule::Image1_ReadyStateChange(int state)
+{
     ReadyEventSeen = true;
     switch (state) {
     case ImagingControl::ReadyComplete:
@@ -410,7 +440,8 @@ void PicturesModule::Image1_ReadyStateChange(int state) {
     }
 }
 
-void PicturesModule::FinishInternetPicture() {
+void PicturesModule::FinishInternetPicture()
+{
     if (!G.FromInternet) return;
     setPointers(0);
     Image1->show();
@@ -420,7 +451,8 @@ void PicturesModule::FinishInternetPicture() {
     G.InternetPictureLoaded = true;
 }
 
-void PicturesModule::CheckInternetPicture() {
+void PicturesModule::CheckInternetPicture()
+{
     if (!FetchPending) return;
     if (!(secondsNow() - FetchStart > 90)) return;
     if (Image1->readyState() == ImagingControl::ReadyLoading) return;
@@ -433,7 +465,8 @@ void PicturesModule::CheckInternetPicture() {
     PictureChanged = false;
 }
 
-void PicturesModule::entering() {
+void PicturesModule::entering()
+{
     onEnterPicturesTab();
     if (!G.CurrentFile.trimmed().isEmpty()) G.SelectedFile = G.CurrentFile;
     host_.tools().setToolbarVisible(3, true);
@@ -444,35 +477,41 @@ void PicturesModule::entering() {
 
 QString PicturesModule::tabTitle() const { return G.SelectedFile + QStringLiteral(" - ") + AppTitle; }
 
-void PicturesModule::entered() {
+void PicturesModule::entered()
+{
     if (Image1 && Image1->isVisible()) Image1->setFocus();
 }
 
-void PicturesModule::layout() {
+void PicturesModule::layout()
+{
     if (built() && host_.selectedTab() == 2) ResizeImage();
 }
 
-void PicturesModule::shutDown() {
+void PicturesModule::shutDown()
+{
     // 2. A changed picture is offered for saving (the window asks this before the settings).
 }
 
 bool PicturesModule::pictureChanged() const { return PictureChanged; }
 
-void PicturesModule::offerToSavePicture() {
+void PicturesModule::offerToSavePicture()
+{
     if (!PictureChanged) return;
-    if (askYesNo(QStringLiteral("Do you want to Save the Current Picture - ") + G.CurrentFile +
-                     QStringLiteral(" ? "),
+    if (askYesNo(QStringLiteral("Do you want to Save the Current Picture - ") + G.CurrentFile
+                     + QStringLiteral(" ? "),
                  AppTitle, host_.window()))
         SaveFileAs(G.CurrentFile);
 }
 
-bool PicturesModule::SaveFileAs(const QString &path) {
+bool PicturesModule::SaveFileAs(const QString &path)
+{
     // Picture saving arrives with its own feature.
     Q_UNUSED(path);
     return false;
 }
 
-void PicturesModule::LoadFolderPictures() {
+void PicturesModule::LoadFolderPictures()
+{
     ensureBuilt();
     if (List3->count() != 0) return;
     ExplorerSide *ex = host_.explorer();
@@ -491,11 +530,13 @@ QWidget *PicturesModule::pictureWidget() const { return Image1; }
 
 QListWidget *PicturesModule::history() { return List3; }
 
-void PicturesModule::addLoaders(FileLoaders &loaders) {
+void PicturesModule::addLoaders(FileLoaders &loaders)
+{
     loaders.set(LoaderKind::Image, [this](const QString &path) { LoadImage(path); });
 }
 
-bool PicturesModule::eventFilter(QObject *o, QEvent *e) {
+bool PicturesModule::eventFilter(QObject *o, QEvent *e)
+{
     if (o != ToggleBtn) return QObject::eventFilter(o, e);
     const double now = QTime::currentTime().msecsSinceStartOfDay() / 1000.0;
     switch (e->type()) {
@@ -513,7 +554,8 @@ bool PicturesModule::eventFilter(QObject *o, QEvent *e) {
         if (toggleDrag_.dragging()) {
             auto *me = static_cast<QMouseEvent *>(e);
             const QPoint global = ToggleBtn->mapToGlobal(me->position().toPoint());
-            const bool over = Image1 && Image1->isVisible() && Image1->rect().contains(Image1->mapFromGlobal(global));
+            const bool over =
+                Image1 && Image1->isVisible() && Image1->rect().contains(Image1->mapFromGlobal(global));
             const QPoint inFrame = frame_->mapFromGlobal(global);
             if (toggleDrag_.drop(over)) ToggleBtn->move(inFrame);
             ToggleBtn->unsetCursor();
@@ -528,7 +570,8 @@ bool PicturesModule::eventFilter(QObject *o, QEvent *e) {
     return QObject::eventFilter(o, e);
 }
 
-void PicturesModule::onEnterPicturesTab() {
+void PicturesModule::onEnterPicturesTab()
+{
     const int rows = List3->count();
     if (rows == 0 && !pictureWithoutFile()) Image1->hide();
     if (rows > 0 && !G.FromInternet) Image1->show();
@@ -536,7 +579,8 @@ void PicturesModule::onEnterPicturesTab() {
 
 // ---------------------------------------------------------------- view commands
 
-bool PicturesModule::toolClick(const QString &id) {
+bool PicturesModule::toolClick(const QString &id)
+{
     if (id == tool::EditImage || id == tool::EditColors || id == tool::PrintImage) {
         // The save prompt comes first, then the file under edit is the picture list's row;
         // the editors and the print window open from here when they are part of the build.
@@ -545,8 +589,8 @@ bool PicturesModule::toolClick(const QString &id) {
         return true;
     }
     if (!built()) return false;
-    if (id == kViewNormal || id == kViewStretch || id == kViewFit || id == kViewSnap || id == kViewZoom ||
-        id == kViewMagnify || id == kViewPan)
+    if (id == kViewNormal || id == kViewStretch || id == kViewFit || id == kViewSnap || id == kViewZoom
+        || id == kViewMagnify || id == kViewPan)
         toolState_.insert(id, host_.tools().isChecked(id));
     if (id == kViewNormal) ViewNormal();
     else if (id == kViewStretch) ViewStretch();
@@ -568,21 +612,24 @@ bool PicturesModule::toolClick(const QString &id) {
     return true;
 }
 
-void PicturesModule::stopGlassQuietly() {
+void PicturesModule::stopGlassQuietly()
+{
     Image1->stopMagnifier();
     Image1->setDragPan(true);
     MagnifyOn = false;
     setTool(kViewMagnify, false);
 }
 
-void PicturesModule::ViewNormal() {
+void PicturesModule::ViewNormal()
+{
     if (win().isMinimized()) return;
     Image1->setSizeMode(ImagingControl::SizeNormal);
     StretchOn = false;
     ResizeImage();
 }
 
-void PicturesModule::ViewStretch() {
+void PicturesModule::ViewStretch()
+{
     {
         SuppressTools quiet;
         if (MagnifyOn) stopGlassQuietly();
@@ -598,7 +645,8 @@ void PicturesModule::ViewStretch() {
     StretchOn = true;
 }
 
-void PicturesModule::ViewFit() {
+void PicturesModule::ViewFit()
+{
     if (MagnifyOn) {
         SuppressTools quiet;
         stopGlassQuietly();
@@ -610,7 +658,8 @@ void PicturesModule::ViewFit() {
     Image1->setAutoSize(true);
 }
 
-void PicturesModule::ViewSnap() {
+void PicturesModule::ViewSnap()
+{
     if (MagnifyOn) {
         SuppressTools quiet;
         stopGlassQuietly();
@@ -618,7 +667,8 @@ void PicturesModule::ViewSnap() {
     SnapWindow();
 }
 
-void PicturesModule::SnapWindow() {
+void PicturesModule::SnapWindow()
+{
     if (win().isMinimized() || win().isMaximized() || win().isFullScreen()) return;
     // Twips: the outer window is the inner area plus its frame; the new outer size holds
     // the bitmap in the inner area. Tool bars and tabs are not allowed for.
@@ -628,17 +678,20 @@ void PicturesModule::SnapWindow() {
     const double newW = std::round(Image1->pixelWidth() * t + (windowW - win().width() * t));
     const double newH = std::round(Image1->pixelHeight() * t + (windowH - win().height() * t));
     const int frameW = outer.width() - win().width(), frameH = outer.height() - win().height();
-    win().resize(std::max(1, int(std::lround(newW / t)) - frameW), std::max(1, int(std::lround(newH / t)) - frameH));
+    win().resize(std::max(1, int(std::lround(newW / t)) - frameW),
+                 std::max(1, int(std::lround(newH / t)) - frameH));
 }
 
 // ---------------------------------------------------------------- zoom
 
-void PicturesModule::ViewZoom() {
+void PicturesModule::ViewZoom()
+{
     NewValue1 dlg(host_.window());
     ZoomValue = Image1->zoomPercent();
     bool showResize = false;
     const int16_t start = ZoomValue > 0 ? int16_t(std::min(ZoomValue, 32767)) : int16_t(100);
-    dlg.Setup(QStringLiteral("Zoom In/Out"), QStringLiteral("Whole Percent:"), 800, 1, start, 100, 10, showResize);
+    dlg.Setup(QStringLiteral("Zoom In/Out"), QStringLiteral("Whole Percent:"), 800, 1, start, 100, 10,
+              showResize);
     dlg.exec();
     if (dlg.GetAccepted()) {
         // ZoomValue stays at the value the prompt opened with: the keyboard zoom goes on
@@ -648,7 +701,8 @@ void PicturesModule::ViewZoom() {
     }
 }
 
-void PicturesModule::Image1_KeyDown(int keyCode, int) {
+void PicturesModule::Image1_KeyDown(int keyCode, int)
+{
     if (keyCode != 107 && keyCode != 109) return;
     ZoomValue += keyCode == 107 ? 5 : -5;
     if (ZoomValue < 1) ZoomValue = 1;
@@ -671,12 +725,14 @@ void PicturesModule::Image1_KeyDown(int keyCode, int) {
 
 // ---------------------------------------------------------------- magnify and pan
 
-void PicturesModule::ToggleMagnify() {
+void PicturesModule::ToggleMagnify()
+{
     if (!MagnifyOn) StartMagnify();
     else StopMagnify();
 }
 
-void PicturesModule::StartMagnify() {
+void PicturesModule::StartMagnify()
+{
     if (PanOn) setTool(kViewPan, false);  // runs ViewPan, which closes the pan window
     Image1->setDragPan(false);
     if (StretchOn) {
@@ -687,7 +743,8 @@ void PicturesModule::StartMagnify() {
     MagnifyOn = true;
 }
 
-void PicturesModule::StopMagnify() {
+void PicturesModule::StopMagnify()
+{
     {
         SuppressTools quiet;
         setTool(kViewMagnify, false);
@@ -697,7 +754,8 @@ void PicturesModule::StopMagnify() {
     MagnifyOn = false;
 }
 
-void PicturesModule::ViewPan() {
+void PicturesModule::ViewPan()
+{
     if (!PanOn) {
         {
             // The two tool states change silently, or Magnify's would start the glass again
@@ -733,7 +791,8 @@ void PicturesModule::ViewPan() {
 
 // ---------------------------------------------------------------- mouse
 
-void PicturesModule::Image1_DblClick() {
+void PicturesModule::Image1_DblClick()
+{
     G.SuppressToolCommand = false;
     if (StretchOn) {
         setTool(kViewNormal, true);
@@ -745,8 +804,8 @@ void PicturesModule::Image1_DblClick() {
     StretchOn = true;
     if (G.FromInternet) {
         FinishInternetPicture();
-    } else if (Image1->mousePointer() == ImagingControl::PointerHourglass ||
-               win().property("MousePointer").toInt() == ImagingControl::PointerHourglass) {
+    } else if (Image1->mousePointer() == ImagingControl::PointerHourglass
+               || win().property("MousePointer").toInt() == ImagingControl::PointerHourglass) {
         setPointers(0);
     }
     if (MagnifyOn) {
@@ -758,14 +817,16 @@ void PicturesModule::Image1_DblClick() {
     }
 }
 
-void PicturesModule::Image1_MouseUp(int button) {
+void PicturesModule::Image1_MouseUp(int button)
+{
     const bool togglingDrag = toggleDrag_.dragging();  // a drag of the toggle button holds the mouse
     if (button == 2 && MagnifyOn && !togglingDrag) ToggleMagnify();
     if (button == 2 && Image1->mousePointer() == ImagingControl::PointerCross && !togglingDrag)
         Image1->setMousePointer(0);
 }
 
-void PicturesModule::Image1_Click() {
+void PicturesModule::Image1_Click()
+{
     if (!RedEyePending) return;
     mnuColorFill_Click();
     // In every case, a cancelled colour too: the picture counts as changed.
@@ -779,19 +840,22 @@ void PicturesModule::Image1_Click() {
 
 // ---------------------------------------------------------------- red-eye
 
-void PicturesModule::RemoveRedEye() {
+void PicturesModule::RemoveRedEye()
+{
     if (MagnifyOn) StopMagnify();
     RedEyePending = true;
     StartRegionMark();
 }
 
-void PicturesModule::StartRegionMark() {
+void PicturesModule::StartRegionMark()
+{
     if (MagnifyOn) StopMagnify();
     Image1->setRegionMarking(3);
     Image1->setDragPan(false);
 }
 
-void PicturesModule::mnuColorFill_Click() {
+void PicturesModule::mnuColorFill_Click()
+{
     QColorDialog dlg(Qt::white, host_.window());
     dlg.setObjectName(QStringLiteral("ColorDialog"));
     dlg.setWindowTitle(QStringLiteral("Fill Color"));
@@ -803,7 +867,8 @@ void PicturesModule::mnuColorFill_Click() {
 
 // ---------------------------------------------------------------- brightness, contrast
 
-void PicturesModule::AdjustBrightness() {
+void PicturesModule::AdjustBrightness()
+{
     PictureAdjustDialog dlg(host_.window());
     dlg.setBold(G.Options.BoldFonts);
     dlg.Result = 0;
@@ -816,7 +881,8 @@ void PicturesModule::AdjustBrightness() {
     PictureChanged = true;
 }
 
-void PicturesModule::AdjustContrast() {
+void PicturesModule::AdjustContrast()
+{
     PictureAdjustDialog dlg(host_.window());
     dlg.Result = 0;
     dlg.setFlags(0x40000004);
@@ -830,7 +896,8 @@ void PicturesModule::AdjustContrast() {
 
 // ---------------------------------------------------------------- resize, reset, copy
 
-void PicturesModule::ResizePicture() {
+void PicturesModule::ResizePicture()
+{
     NewSize1 dlg(host_.window());
     if (Image1->hasRegion()) {
         // The dialog shows the marked region's size; nothing changes, even on OK.
@@ -856,12 +923,14 @@ void PicturesModule::ResizePicture() {
     ResizeImage();
 }
 
-void PicturesModule::ImageReset() {
+void PicturesModule::ImageReset()
+{
     Image1->assignFrom(*Image2);
     ResizeImage();
 }
 
-void PicturesModule::CopyPicture() {
+void PicturesModule::CopyPicture()
+{
     if (Image1->bitsPerPixel() > 0) Image1->copyToClipboard(14);
 }
 

@@ -87,13 +87,12 @@ public:
     void Image1_MouseUp(int button);
     void Image1_ReadyStateChange(int state);
 
-
     QListWidget *List3 = nullptr;  // pictures seen, walk order
     QPushButton *ToggleBtn = nullptr;
     ImagingControl *Image1 = nullptr;
     ImagingControl *Image2 = nullptr;
-    QFrame *Frame5 = nullptr;   // "Loading File on the Internet ..." over the picture
-    QLabel *Text5 = nullptr;    // the small box past the picture's lower right corner
+    QFrame *Frame5 = nullptr;  // "Loading File on the Internet ..." over the picture
+    QLabel *Text5 = nullptr;  // the small box past the picture's lower right corner
 
     // --- State of the picture side, kept for the whole run ---
     bool PictureChanged = false;
@@ -124,7 +123,7 @@ private:
     void registerRoutines();
     QMainWindow &win() const;
     void setTool(const QString &id, bool on);
-    void setPointers(int pointer);   // the form's and Image1's
+    void setPointers(int pointer);  // the form's and Image1's
     void setFormPointer(int pointer);
     void stopGlassQuietly();
     double secondsNow() const;

@@ -24,7 +24,8 @@ namespace tw {
 namespace {
 
 // Rounds half to even, as the old runtime's integer conversions do.
-double roundEven(double v) {
+double roundEven(double v)
+{
     const int saved = std::fegetround();
     std::fesetround(FE_TONEAREST);
     const double r = std::nearbyint(v);
@@ -38,7 +39,8 @@ QString flagText(bool v) { return v ? QStringLiteral("true") : QStringLiteral("f
 
 }  // namespace
 
-bool textToInt16(const QString &text, int16_t *out) {
+bool textToInt16(const QString &text, int16_t *out)
+{
     const QString t = text.trimmed();
     if (t.isEmpty()) return false;
     bool ok = false;
@@ -50,7 +52,8 @@ bool textToInt16(const QString &text, int16_t *out) {
     return true;
 }
 
-void centreOnScreen(QWidget *w) {
+void centreOnScreen(QWidget *w)
+{
     QScreen *s = w->screen() ? w->screen() : QGuiApplication::primaryScreen();
     if (!s) return;
     const QRect g = s->geometry();
@@ -59,7 +62,8 @@ void centreOnScreen(QWidget *w) {
 
 // ------------------------------------------------------------------ NewValue1
 
-NewValue1::NewValue1(QWidget *parent) : ValuePrompt(parent) {
+NewValue1::NewValue1(QWidget *parent) : ValuePrompt(parent)
+{
     setObjectName(QStringLiteral("NewValue1"));
     setWindowTitle(QStringLiteral("New Value"));
     setModal(true);
@@ -100,7 +104,10 @@ NewValue1::NewValue1(QWidget *parent) : ValuePrompt(parent) {
     connect(NewValueBar, &QScrollBar::valueChanged, this, &NewValue1::barChanged);
     connect(NewValueBox, &QLineEdit::textChanged, this, &NewValue1::boxChanged);
     connect(OKBtn, &QPushButton::clicked, this, &NewValue1::okClicked);
-    connect(CancelBtn, &QPushButton::clicked, this, [this] { setResult(QDialog::Rejected); hide(); });
+    connect(CancelBtn, &QPushButton::clicked, this, [this] {
+        setResult(QDialog::Rejected);
+        hide();
+    });
     adjustSize();
     // The prompt's fields, readable by name while it is loaded.
     registerScenarioVariables(QStringLiteral("NewValue1"), [this](const QString &n, QString *out) {
@@ -116,7 +123,8 @@ NewValue1::NewValue1(QWidget *parent) : ValuePrompt(parent) {
 NewValue1::~NewValue1() { unregisterScenarioVariables(QStringLiteral("NewValue1")); }
 
 void NewValue1::Setup(const QString &caption, const QString &label, int16_t maximum, int16_t minimum,
-                      int16_t value, int16_t largeStep, int16_t smallStep, bool &showResize) {
+                      int16_t value, int16_t largeStep, int16_t smallStep, bool &showResize)
+{
     setWindowTitle(caption);
     NewValueTitle->setText(QStringLiteral("Select ") + label);
     // Range first with no text follow-up, then the text written as digits.
@@ -141,7 +149,8 @@ void NewValue1::Setup(const QString &caption, const QString &label, int16_t maxi
 
 bool NewValue1::GetResize() const { return CHKRESIZE->isChecked(); }
 
-void NewValue1::barChanged(int value) {
+void NewValue1::barChanged(int value)
+{
     if (!BoxDriving) {
         BarDriving = true;
         NewValueBox->setText(QString::number(value));
@@ -149,7 +158,8 @@ void NewValue1::barChanged(int value) {
     BoxDriving = false;
 }
 
-void NewValue1::boxChanged(const QString &text) {
+void NewValue1::boxChanged(const QString &text)
+{
     if (!BarDriving) {
         BoxDriving = true;
         int16_t n;
@@ -158,7 +168,8 @@ void NewValue1::boxChanged(const QString &text) {
     BarDriving = false;
 }
 
-void NewValue1::okClicked() {
+void NewValue1::okClicked()
+{
     int16_t n;
     if (!textToInt16(NewValueBox->text(), &n) || !within(NewValueBar, n)) return;
     ValueAccepted = true;
@@ -167,7 +178,8 @@ void NewValue1::okClicked() {
     hide();
 }
 
-void ValuePrompt::keyPressEvent(QKeyEvent *e) {
+void ValuePrompt::keyPressEvent(QKeyEvent *e)
+{
     if (e->key() == Qt::Key_Return || e->key() == Qt::Key_Enter) {
         okClicked();
         return;
@@ -182,7 +194,8 @@ void ValuePrompt::keyPressEvent(QKeyEvent *e) {
 
 // ------------------------------------------------------------------ NewSize1
 
-NewSize1::NewSize1(QWidget *parent) : ValuePrompt(parent) {
+NewSize1::NewSize1(QWidget *parent) : ValuePrompt(parent)
+{
     setObjectName(QStringLiteral("NewSize1"));
     setWindowTitle(QStringLiteral("New Size"));
     setModal(true);
@@ -239,7 +252,10 @@ NewSize1::NewSize1(QWidget *parent) : ValuePrompt(parent) {
     connect(TxtHeight1, &QLineEdit::textChanged, this, [this](const QString &t) { textChanged(1, t); });
     connect(CHKASPECT, &QCheckBox::clicked, this, &NewSize1::aspectClicked);
     connect(OKBtn, &QPushButton::clicked, this, &NewSize1::okClicked);
-    connect(CancelBtn, &QPushButton::clicked, this, [this] { setResult(QDialog::Rejected); hide(); });
+    connect(CancelBtn, &QPushButton::clicked, this, [this] {
+        setResult(QDialog::Rejected);
+        hide();
+    });
     connect(HelpBtn, &QPushButton::clicked, this, [this] {
         QCoreApplication::postEvent(this, new QKeyEvent(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier));
         QCoreApplication::postEvent(this, new QKeyEvent(QEvent::KeyRelease, Qt::Key_F1, Qt::NoModifier));
@@ -257,7 +273,8 @@ NewSize1::NewSize1(QWidget *parent) : ValuePrompt(parent) {
 
 NewSize1::~NewSize1() { unregisterScenarioVariables(QStringLiteral("NewSize1")); }
 
-void NewSize1::Setup(int16_t mode, const ImagingControl &image) {
+void NewSize1::Setup(int16_t mode, const ImagingControl &image)
+{
     if (mode == 3 && image.hasRegion()) {
         const QRectF r = image.regionBounds();
         Setup(mode, int(std::lround(r.width())), int(std::lround(r.height())));
@@ -266,7 +283,8 @@ void NewSize1::Setup(int16_t mode, const ImagingControl &image) {
     }
 }
 
-void NewSize1::Setup(int16_t mode, int pictureWidth, int pictureHeight) {
+void NewSize1::Setup(int16_t mode, int pictureWidth, int pictureHeight)
+{
     SizeMode = mode;
     SizeAccepted = false;
     picW_ = pictureWidth;
@@ -322,18 +340,18 @@ void NewSize1::Setup(int16_t mode, int pictureWidth, int pictureHeight) {
     centreOnScreen(this);
 }
 
-void NewSize1::GetResult(bool &accepted, int &width, int &height, bool &resample) const {
+void NewSize1::GetResult(bool &accepted, int &width, int &height, bool &resample) const
+{
     accepted = SizeAccepted;
     width = SCWeight1->value();
     height = SCHeight1->value();
     resample = CHKRESAMPLE->isChecked();
 }
 
-bool NewSize1::aspectOn() const {
-    return CHKASPECT->checkState() == Qt::Checked && pictureSized();
-}
+bool NewSize1::aspectOn() const { return CHKASPECT->checkState() == Qt::Checked && pictureSized(); }
 
-void NewSize1::barChanged(int side, int value) {
+void NewSize1::barChanged(int side, int value)
+{
     if (BoxDriving) {
         // Its own text box moved it; the text side does the aspect step.
         BoxDriving = false;
@@ -354,7 +372,8 @@ void NewSize1::barChanged(int side, int value) {
     }
 }
 
-void NewSize1::textChanged(int side, const QString &text) {
+void NewSize1::textChanged(int side, const QString &text)
+{
     if (BarDriving) {
         BarDriving = false;
         return;
@@ -383,17 +402,20 @@ void NewSize1::textChanged(int side, const QString &text) {
     BoxDriving = false;
 }
 
-void NewSize1::aspectClicked() {
+void NewSize1::aspectClicked()
+{
     if (!pictureSized()) return;
     SCHeight1->setMinimum(1);
     SCHeight1->setMaximum(int(std::min<int64_t>(int64_t(picH_) * 16384 / picW_, 32767)));
-    const int64_t h = std::min<int64_t>(int64_t(roundEven(double(picH_) * SCWeight1->value() / picW_)), 32767);
+    const int64_t h =
+        std::min<int64_t>(int64_t(roundEven(double(picH_) * SCWeight1->value() / picW_)), 32767);
     aspectPass_ = true;
     SCHeight1->setValue(int(h));
     aspectPass_ = false;
 }
 
-void NewSize1::okClicked() {
+void NewSize1::okClicked()
+{
     int16_t w, h;
     if (!textToInt16(TxtWidth1->text(), &w) || !within(SCWeight1, w)) return;
     if (!textToInt16(TxtHeight1->text(), &h) || !within(SCHeight1, h)) return;

@@ -41,8 +41,8 @@ public:
     explicit NewValue1(QWidget *parent = nullptr);
     ~NewValue1() override;
 
-    void Setup(const QString &caption, const QString &label, int16_t maximum, int16_t minimum,
-               int16_t value, int16_t largeStep, int16_t smallStep, bool &showResize);
+    void Setup(const QString &caption, const QString &label, int16_t maximum, int16_t minimum, int16_t value,
+               int16_t largeStep, int16_t smallStep, bool &showResize);
     bool GetAccepted() const { return ValueAccepted; }
     int16_t GetValue() const { return ChosenValue; }
     bool GetResize() const;
@@ -83,7 +83,7 @@ public:
     QScrollBar *SCHeight1;
     QLineEdit *TxtWidth1;
     QLineEdit *TxtHeight1;
-    QGroupBox *Frame2[2];   // 1 around the width, 0 around the height
+    QGroupBox *Frame2[2];  // 1 around the width, 0 around the height
     QCheckBox *CHKASPECT;
     QCheckBox *CHKRESAMPLE;
     QPushButton *OKBtn;

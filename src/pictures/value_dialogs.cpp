@@ -13,7 +13,8 @@
 
 namespace tw {
 
-PictureAdjustDialog::PictureAdjustDialog(QWidget *parent) : QDialog(parent) {
+PictureAdjustDialog::PictureAdjustDialog(QWidget *parent) : QDialog(parent)
+{
     setObjectName(QStringLiteral("PictureAdjust1"));
     setModal(true);
     Preview = new QLabel(this);
@@ -52,27 +53,31 @@ PictureAdjustDialog::PictureAdjustDialog(QWidget *parent) : QDialog(parent) {
     OKBtn->setDefault(true);
 }
 
-void PictureAdjustDialog::setFlags(uint32_t flags) {
+void PictureAdjustDialog::setFlags(uint32_t flags)
+{
     flags_ = flags;
     setWindowTitle((flags & FlagContrast) ? QStringLiteral("Picture Contrast")
                                           : QStringLiteral("Picture Brightness"));
     Preview->setVisible(flags & FlagPreview);
 }
 
-void PictureAdjustDialog::setPicture(const QImage &img) {
+void PictureAdjustDialog::setPicture(const QImage &img)
+{
     source_ = img;
-    small_ = img.isNull() ? QImage()
-                          : img.scaled(Preview->size(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    small_ =
+        img.isNull() ? QImage() : img.scaled(Preview->size(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
     updatePreview();
 }
 
-void PictureAdjustDialog::setBold(bool bold) {
+void PictureAdjustDialog::setBold(bool bold)
+{
     QFont f = font();
     f.setBold(bold);
     setFont(f);
 }
 
-void PictureAdjustDialog::updatePreview() {
+void PictureAdjustDialog::updatePreview()
+{
     if (small_.isNull() || !(flags_ & FlagPreview)) {
         Preview->clear();
         return;
@@ -82,7 +87,8 @@ void PictureAdjustDialog::updatePreview() {
     Preview->setPixmap(QPixmap::fromImage(magick::brightnessContrast(small_, b, c)));
 }
 
-bool PictureAdjustDialog::showFor(QWidget *owner) {
+bool PictureAdjustDialog::showFor(QWidget *owner)
+{
     if (owner && owner != parentWidget()) setParent(owner, windowFlags());
     AmountBar->setValue(Result);
     AmountBox->setValue(Result);

@@ -16,7 +16,10 @@ class SlidePage : public TabPage {
 public:
     explicit SlidePage(PageHost &host) : TabPage(host, 5) {}
 
-    QString tabTitle() const override { return AppTitle + QStringLiteral(" - Set Picture Slide Show with Music"); }
+    QString tabTitle() const override
+    {
+        return AppTitle + QStringLiteral(" - Set Picture Slide Show with Music");
+    }
     void applyColors() override
     {
         if (built()) paintWidget(Frame1_5, G.Colors.ServiceBack, G.Colors.ServiceText);

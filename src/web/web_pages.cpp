@@ -31,7 +31,8 @@ public:
     }
     QString tabTitle() const override
     {
-        return (Text1 && Text1->isVisible() ? Text1Document : WebBrowser1Document) + QStringLiteral(" - ") + AppTitle;
+        return (Text1 && Text1->isVisible() ? Text1Document : WebBrowser1Document) + QStringLiteral(" - ")
+            + AppTitle;
     }
     QStringList handledTools() const override { return {tool::mnuCopy}; }
     bool toolClick(const QString &id) override
@@ -92,7 +93,8 @@ public:
         t.setToolbarVisible(6, true);
         t.setToolbarVisible(7, true);
         if (InternetFirstEntry) {
-            t.setToolTip(tool::IntURLEnter, QStringLiteral("Enter Web Site Page Location or Select Visited Page"));
+            t.setToolTip(tool::IntURLEnter,
+                         QStringLiteral("Enter Web Site Page Location or Select Visited Page"));
             InternetFirstEntry = false;
         }
     }

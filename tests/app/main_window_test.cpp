@@ -38,19 +38,59 @@ private slots:
     void handledToolsExistAndTheRestIsGrey()
     {
         QVERIFY2(w->unknownHandledTools().isEmpty(), qPrintable(w->unknownHandledTools().join(u' ')));
-        const QStringList unbuilt = {
-            "ID_mnuOpenFile", "ID_mnuOpenFilelnterent", "ID_mnuCloseFile", "ID_mnuSelectFiles",
-            "ID_mnuSelectFavoriteList", "ID_mnuCreateFavoriteList", "ID_mnuTwainAcquirePicture",
-            "ID_mnuTwainSelectSource", "ID_mnuSaveFileAs", "ID_mnuRenameFile", "ID_mnuConvertFiles",
-            "ID_mnuProperties", "ID_mnuPrintFiles", "ID_mnuSetUpPrinter",
-            "ID_mnuCreateandChangeFavoriteLists", "ID_mnuRunSlideShow",
-            "ID_mnuRunSlideShowonCurrentFolder", "ID_mnuViewQuickTips", "ID_mnuHelpAbout", "ID_Select",
-            "ID_Print", "ID_ThumbNails", "ID_Stop", "ID_EditImage", "ID_EditColors", "ID_PrintImage", "ID_SaveImage", "ID_PicFavorites", "ID_PlayBtn",
-            "ID_Pause", "ID_StopVideo", "ID_Sound", "ID_Tracker", "ID_ListToggle", "ID_Status",
-            "ID_TxtPrint", "ID_TxtSave", "ID_TxtProperties", "ID_IntBack", "ID_IntForward", "ID_IntHome",
-            "ID_IntStop", "ID_IntRefresh", "ID_IntPrint", "ID_IntSave", "ID_IntProperties",
-            "ID_IntFavorites", "ID_IntAddFavorite", "ID_IntVisited", "ID_IntURLEnter", "ID_IntGo",
-            "ID_mnuFileCreateNewFolder", "ID_mnuDeleteFile"};
+        const QStringList unbuilt = {"ID_mnuOpenFile",
+                                     "ID_mnuOpenFilelnterent",
+                                     "ID_mnuCloseFile",
+                                     "ID_mnuSelectFiles",
+                                     "ID_mnuSelectFavoriteList",
+                                     "ID_mnuCreateFavoriteList",
+                                     "ID_mnuTwainAcquirePicture",
+                                     "ID_mnuTwainSelectSource",
+                                     "ID_mnuSaveFileAs",
+                                     "ID_mnuRenameFile",
+                                     "ID_mnuConvertFiles",
+                                     "ID_mnuProperties",
+                                     "ID_mnuPrintFiles",
+                                     "ID_mnuSetUpPrinter",
+                                     "ID_mnuCreateandChangeFavoriteLists",
+                                     "ID_mnuRunSlideShow",
+                                     "ID_mnuRunSlideShowonCurrentFolder",
+                                     "ID_mnuViewQuickTips",
+                                     "ID_mnuHelpAbout",
+                                     "ID_Select",
+                                     "ID_Print",
+                                     "ID_ThumbNails",
+                                     "ID_Stop",
+                                     "ID_EditImage",
+                                     "ID_EditColors",
+                                     "ID_PrintImage",
+                                     "ID_SaveImage",
+                                     "ID_PicFavorites",
+                                     "ID_PlayBtn",
+                                     "ID_Pause",
+                                     "ID_StopVideo",
+                                     "ID_Sound",
+                                     "ID_Tracker",
+                                     "ID_ListToggle",
+                                     "ID_Status",
+                                     "ID_TxtPrint",
+                                     "ID_TxtSave",
+                                     "ID_TxtProperties",
+                                     "ID_IntBack",
+                                     "ID_IntForward",
+                                     "ID_IntHome",
+                                     "ID_IntStop",
+                                     "ID_IntRefresh",
+                                     "ID_IntPrint",
+                                     "ID_IntSave",
+                                     "ID_IntProperties",
+                                     "ID_IntFavorites",
+                                     "ID_IntAddFavorite",
+                                     "ID_IntVisited",
+                                     "ID_IntURLEnter",
+                                     "ID_IntGo",
+                                     "ID_mnuFileCreateNewFolder",
+                                     "ID_mnuDeleteFile"};
         QStringList grey = w->ToolBarComp1->unbuiltIds();
         grey.sort();
         QStringList expected = unbuilt;
@@ -104,12 +144,17 @@ private slots:
 
     void shortcutsComeFromTheToolTips()
     {
-        QCOMPARE(shortcutFromTip(QStringLiteral("Find Pictures and Multimedia Files - F2")), QStringLiteral("F2"));
-        QCOMPARE(shortcutFromTip(QStringLiteral("Stop ThumbNail Loading - Shift+Ctrl+F1")), QStringLiteral("Shift+Ctrl+F1"));
-        QCOMPARE(shortcutFromTip(QStringLiteral("Filter Files by File Types and Groups - Ctrl H")), QStringLiteral("Ctrl+H"));
-        QCOMPARE(shortcutFromTip(QStringLiteral("Go Back to Previous Picture - Shift F7")), QStringLiteral("Shift+F7"));
+        QCOMPARE(shortcutFromTip(QStringLiteral("Find Pictures and Multimedia Files - F2")),
+                 QStringLiteral("F2"));
+        QCOMPARE(shortcutFromTip(QStringLiteral("Stop ThumbNail Loading - Shift+Ctrl+F1")),
+                 QStringLiteral("Shift+Ctrl+F1"));
+        QCOMPARE(shortcutFromTip(QStringLiteral("Filter Files by File Types and Groups - Ctrl H")),
+                 QStringLiteral("Ctrl+H"));
+        QCOMPARE(shortcutFromTip(QStringLiteral("Go Back to Previous Picture - Shift F7")),
+                 QStringLiteral("Shift+F7"));
         QCOMPARE(shortcutFromTip(QStringLiteral("Select File to View or Play")), QString());
-        QCOMPARE(w->ToolBarComp1->action(QStringLiteral("ID_Collapse"))->shortcut(), QKeySequence(QStringLiteral("Shift+Del")));
+        QCOMPARE(w->ToolBarComp1->action(QStringLiteral("ID_Collapse"))->shortcut(),
+                 QKeySequence(QStringLiteral("Shift+Del")));
         QCOMPARE(w->ToolBarComp1->action(QStringLiteral("ID_Select"))->shortcut(), QKeySequence());
     }
 
@@ -154,9 +199,9 @@ private slots:
         }
         QVERIFY(!w->FileMissing(dir + QStringLiteral("/a.jpg")));
         QVERIFY(w->FileMissing(dir + QStringLiteral("/b.jpg")));
-        QVERIFY(w->FileMissing(dir + QStringLiteral("/sub")));          // a folder
+        QVERIFY(w->FileMissing(dir + QStringLiteral("/sub")));  // a folder
         QVERIFY(w->FileMissing(dir + QStringLiteral("/.hidden.jpg")));  // not a normal file
-        QVERIFY(!w->FileMissing(dir + QStringLiteral("/*.JPG")));       // a pattern that matches
+        QVERIFY(!w->FileMissing(dir + QStringLiteral("/*.JPG")));  // a pattern that matches
         QVERIFY(w->FileMissing(dir + QStringLiteral("/*.png")));
         QVERIFY(w->FileMissing(QStringLiteral("   ")));
     }
@@ -190,7 +235,15 @@ private slots:
                                          .arg(page)
                                          .arg(c->objectName(), QLatin1String(c->metaObject()->className()));
                 const QRect r(c->mapTo(panel, QPoint(0, 0)), c->size());
-                QVERIFY2(inside.contains(r), qPrintable(what + QStringLiteral(" lies outside the panel: %1,%2 %3x%4 in %5x%6").arg(r.x()).arg(r.y()).arg(r.width()).arg(r.height()).arg(inside.width()).arg(inside.height())));
+                QVERIFY2(inside.contains(r),
+                         qPrintable(what
+                                    + QStringLiteral(" lies outside the panel: %1,%2 %3x%4 in %5x%6")
+                                          .arg(r.x())
+                                          .arg(r.y())
+                                          .arg(r.width())
+                                          .arg(r.height())
+                                          .arg(inside.width())
+                                          .arg(inside.height())));
                 // Not squeezed below what it needs to show its text and frame whole.
                 const QSize hint = c->minimumSizeHint();
                 const int needW = c->minimumWidth() > 0 ? c->minimumWidth() : hint.width();

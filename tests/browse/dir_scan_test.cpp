@@ -12,19 +12,30 @@ using namespace tw::browse;
 TEST(PatternSet, AgreesWithTheCatalogueMatcher)
 {
     const QStringList patterns = {
-        "*.JPG;*.JPE;*.CMP", "*.*", "*LOG", "photo?.png", " *.TIFF ; *.TIF ", "a*b*c", "*.", "*",
-        "*.TXT;*.RTF;*.INI;*LOG;*.BAT", "ÄB*.jpg", "x?y", "",
+        "*.JPG;*.JPE;*.CMP",
+        "*.*",
+        "*LOG",
+        "photo?.png",
+        " *.TIFF ; *.TIF ",
+        "a*b*c",
+        "*.",
+        "*",
+        "*.TXT;*.RTF;*.INI;*LOG;*.BAT",
+        "ÄB*.jpg",
+        "x?y",
+        "",
     };
     const QStringList names = {
-        "a.jpg", "A.JPG", "b.Jpe", "c.cmp", "d.jpeg", "noext", "catalog", "CHANGELOG", "x.log",
-        "photo1.PNG", "photo12.png", "pic.tiff", "pic.tif", "abc", "aXbYc", "acb", "dot.",
-        "äbc.JPG", "xäy", "xay", ".hidden.jpg",
+        "a.jpg",     "A.JPG", "b.Jpe",      "c.cmp",       "d.jpeg",   "noext",   "catalog",
+        "CHANGELOG", "x.log", "photo1.PNG", "photo12.png", "pic.tiff", "pic.tif", "abc",
+        "aXbYc",     "acb",   "dot.",       "äbc.JPG",     "xäy",      "xay",     ".hidden.jpg",
     };
     for (const QString &p : patterns) {
         PatternSet ps(p);
         for (const QString &n : names) {
             const QByteArray bytes = n.toUtf8();
-            EXPECT_EQ(ps.matches(n), tw::matchesPatternList(n, p)) << p.toStdString() << " / " << n.toStdString();
+            EXPECT_EQ(ps.matches(n), tw::matchesPatternList(n, p))
+                << p.toStdString() << " / " << n.toStdString();
             EXPECT_EQ(ps.matchesBytes(bytes.constData(), size_t(bytes.size())), tw::matchesPatternList(n, p))
                 << p.toStdString() << " / " << n.toStdString();
         }

@@ -73,11 +73,8 @@ TEST(FindFle1, OkHandsOverThePatternAndTheFilterRow)
         int option;
     };
     const QList<Case> cases = {
-        {2, "", "*.BMP", 2, 2},
-        {32, "", FindFle1::options()[32].pattern, 34, 32},
-        {33, "", "", 35, 33},
-        {33, " ", " ", 35, 33},
-        {4, "*.xyz;*.Abc", "*.xyz;*.Abc", 35, 33},  // typed text wins over the row
+        {2, "", "*.BMP", 2, 2}, {32, "", FindFle1::options()[32].pattern, 34, 32}, {33, "", "", 35, 33},
+        {33, " ", " ", 35, 33}, {4, "*.xyz;*.Abc", "*.xyz;*.Abc", 35, 33},  // typed text wins over the row
     };
     for (const Case &c : cases) {
         tw::browse::SearchState s;

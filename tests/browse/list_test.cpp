@@ -12,8 +12,7 @@
 namespace {
 
 // Runs the event loop until Pred holds or the time is up.
-template <class Pred>
-bool waitFor(Pred pred, int ms = 5000)
+template <class Pred> bool waitFor(Pred pred, int ms = 5000)
 {
     QElapsedTimer t;
     t.start();

@@ -101,9 +101,9 @@ TEST(SearchWalk, ALinkToAnAncestorNeverOpensAndAFolderReachedTwiceIsWalkedBothTi
     w.t.put("x/pic.jpg");
     w.t.mkdir("x/deeper");
     w.t.link(w.t.root(), "x/deeper/loop");  // back to the top
-    w.t.link(w.t.path("x"), "x/self");      // to its own folder
+    w.t.link(w.t.path("x"), "x/self");  // to its own folder
     w.t.mkdir("y");
-    w.t.link(w.t.path("x"), "y/again");     // the same folder by another path
+    w.t.link(w.t.path("x"), "y/again");  // the same folder by another path
     w.top();
     w.e.SearchFunction();
     EXPECT_EQ(w.h.foldersShown, QStringList({w.t.path("x")}));
@@ -118,8 +118,9 @@ TEST(SearchWalk, ALinkToAnAncestorNeverOpensAndAFolderReachedTwiceIsWalkedBothTi
     EXPECT_EQ(w.h.foldersShown.size(), 2);
     QStringList order;
     for (int i = 0; i < w.m.count(); ++i) order << w.m.node(i)->path.mid(w.t.root().size());
-    EXPECT_EQ(order, QStringList({"", "/x", "/x/deeper", "/x/deeper/loop", "/x/self", "/y", "/y/again",
-                                  "/y/again/deeper", "/y/again/deeper/loop", "/y/again/self"}));
+    EXPECT_EQ(order,
+              QStringList({"", "/x", "/x/deeper", "/x/deeper/loop", "/x/self", "/y", "/y/again",
+                           "/y/again/deeper", "/y/again/deeper/loop", "/y/again/self"}));
     for (const char *shut : {"x/deeper/loop", "x/self", "y/again/deeper/loop", "y/again/self"}) {
         TreeNode *n = w.m.node(w.indexOfPath(shut));
         ASSERT_NE(n, nullptr) << shut;
@@ -150,7 +151,8 @@ TEST(SearchWalk, TheHomeRootIsWalkedAfterTheFileSystemThatHoldsTheSameFolder)
     // once more under its own root, and the end of the tree.
     w.h.log.clear();
     w.e.FindNext();
-    EXPECT_EQ(w.h.log, QStringList({"?Do You want to Search the Network?", "folder " + w.t.path("sys/home/me/pics")}));
+    EXPECT_EQ(w.h.log,
+              QStringList({"?Do You want to Search the Network?", "folder " + w.t.path("sys/home/me/pics")}));
     const int homeRoot = w.m.count() - 3;  // Home, pics, zz
     EXPECT_EQ(w.m.node(homeRoot)->name, "Home");
     EXPECT_EQ(w.s.CurrentSearchNode, homeRoot + 2);
@@ -232,7 +234,8 @@ TEST(SearchWalk, TheNetworkNodeAsksFirst)
         w.t.put("share1/pic.jpg");
         w.t.mkdir("local");
         w.m.setRoots({{"Top", w.t.path("local"), {}},
-                      {tw::browse::ShellTreeModel::networkRootName(), QString(),
+                      {tw::browse::ShellTreeModel::networkRootName(),
+                       QString(),
                        {{"HOSTA", QString(), {{"share1", w.t.path("share1"), {}}}}}}});
         w.h.answers = {yes};
         w.e.SearchFunction();

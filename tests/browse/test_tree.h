@@ -22,7 +22,10 @@ class TempTree {
 public:
     TempTree() { dir_.setAutoRemove(true); }
     QString root() const { return dir_.path(); }
-    QString path(const QString &rel) const { return rel.isEmpty() ? root() : root() + QLatin1Char('/') + rel; }
+    QString path(const QString &rel) const
+    {
+        return rel.isEmpty() ? root() : root() + QLatin1Char('/') + rel;
+    }
     void mkdir(const QString &rel) const { QDir().mkpath(path(rel)); }
     void put(const QString &rel, const QByteArray &content = "x") const
     {
@@ -41,11 +44,11 @@ private:
 // A window stand-in that records what the walk shows and answers its questions.
 class FakeHost : public tw::browse::SearchHost {
 public:
-    QStringList boxes;             // every notice and question, in order
-    std::deque<bool> answers;      // answers to Yes/No questions (No when empty)
+    QStringList boxes;  // every notice and question, in order
+    std::deque<bool> answers;  // answers to Yes/No questions (No when empty)
     QString listPattern, listFolder, title;
     QStringList foldersShown;
-    QStringList log;               // boxes, questions and folders shown, in one order
+    QStringList log;  // boxes, questions and folders shown, in one order
     int yields = 0;
     std::function<void()> onYield;
     std::function<void()> onDialog;
@@ -53,7 +56,8 @@ public:
 
     void inform(const QString &text, const QString &title) override
     {
-        boxes << (title.isEmpty() ? QStringLiteral("[]") : QStringLiteral("[") + title + QStringLiteral("]")) + text;
+        boxes << (title.isEmpty() ? QStringLiteral("[]") : QStringLiteral("[") + title + QStringLiteral("]"))
+                + text;
         log << boxes.last();
     }
     bool askYesNo(const QString &text) override

@@ -63,7 +63,7 @@ TEST(ShellTreeModel, ALoopingLinkIsAFolderThatDoesNotOpen)
 {
     twtest::TempTree t;
     t.mkdir("x/y");
-    t.link(t.root(), "x/back");   // to the top: a loop
+    t.link(t.root(), "x/back");  // to the top: a loop
     t.link(t.path("x"), "x/y/up");  // to its grandparent: a loop
     ShellTreeModel m;
     m.setRoots({{"Top", t.root(), {}}});

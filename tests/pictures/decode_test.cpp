@@ -18,23 +18,27 @@ using namespace tw;
 
 namespace {
 
-QByteArray le32(uint32_t v) {
+QByteArray le32(uint32_t v)
+{
     QByteArray b(4, 0);
     qToLittleEndian<uint32_t>(v, reinterpret_cast<uchar *>(b.data()));
     return b;
 }
 
-QByteArray chunk(const char *id, const QByteArray &body) {
+QByteArray chunk(const char *id, const QByteArray &body)
+{
     QByteArray c = QByteArray(id, 4) + le32(uint32_t(body.size())) + body;
     if (body.size() & 1) c.append('\0');
     return c;
 }
 
 // An animated cursor around the given icon files, shown in `sequence` order when given.
-QByteArray makeAni(const QList<QByteArray> &icons, const QList<uint32_t> &sequence = {}) {
+QByteArray makeAni(const QList<QByteArray> &icons, const QList<uint32_t> &sequence = {})
+{
     QByteArray anih;
-    for (uint32_t v : {36u, uint32_t(icons.size()), uint32_t(sequence.isEmpty() ? icons.size() : sequence.size()),
-                       0u, 0u, 0u, 0u, 6u, 1u + (sequence.isEmpty() ? 0u : 2u)})
+    for (uint32_t v :
+         {36u, uint32_t(icons.size()), uint32_t(sequence.isEmpty() ? icons.size() : sequence.size()), 0u, 0u,
+          0u, 0u, 6u, 1u + (sequence.isEmpty() ? 0u : 2u)})
         anih += le32(v);
     QByteArray body = "ACON" + chunk("anih", anih);
     if (!sequence.isEmpty()) {
@@ -50,7 +54,8 @@ QByteArray makeAni(const QList<QByteArray> &icons, const QList<uint32_t> &sequen
 
 // A Dr. Halo CUT file: header of width, height and a reserved word, then each row as a
 // byte count and run-length bytes (a run byte with the top bit set repeats the next byte).
-QByteArray makeCut(int w, int h) {
+QByteArray makeCut(int w, int h)
+{
     QByteArray out = le32(0).left(0);
     auto le16 = [](int v) {
         QByteArray b(2, 0);
@@ -70,19 +75,22 @@ QByteArray makeCut(int w, int h) {
     return out;
 }
 
-bool writeFile(const QString &path, const QByteArray &data) {
+bool writeFile(const QString &path, const QByteArray &data)
+{
     QFile f(path);
     return f.open(QIODevice::WriteOnly) && f.write(data) == data.size();
 }
 
-QByteArray readFile(const QString &path) {
+QByteArray readFile(const QString &path)
+{
     QFile f(path);
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
 // A real, complete PNG of w x h one-bit grey pixels, all zero: small on disk, gigabytes
 // once decoded.
-bool writeHugePng(const QString &path, uint32_t w, uint32_t h) {
+bool writeHugePng(const QString &path, uint32_t w, uint32_t h)
+{
     QFile f(path);
     if (!f.open(QIODevice::WriteOnly)) return false;
     auto be32 = [](uint32_t v) {
@@ -128,7 +136,8 @@ class DecodeTest : public QObject {
     QString tmp(const QString &name) const { return dir_.filePath(name); }
 
     // Makes a sample of the extension; "" when this machine has no writer for it.
-    QString makeSample(const QString &ext) {
+    QString makeSample(const QString &ext)
+    {
         const QString path = tmp(QStringLiteral("sample.") + ext.toLower());
         QFile::remove(path);
         const QString grad = QStringLiteral("gradient:red-blue");
@@ -148,9 +157,10 @@ class DecodeTest : public QObject {
         if (e == "JPG" || e == "JPE" || e == "JPEG") return im(QStringLiteral("JPEG"));
         if (e == "TIFF" || e == "TIF") return im(QStringLiteral("TIFF"));
         if (e == "MPT") {
-            const QStringList a{QStringLiteral("-size"), QStringLiteral("64x48"), grad,
-                                QStringLiteral("-size"), QStringLiteral("32x24"), QStringLiteral("xc:green"),
-                                QStringLiteral("TIFF:") + path};
+            const QStringList a{
+                QStringLiteral("-size"),       QStringLiteral("64x48"), grad,
+                QStringLiteral("-size"),       QStringLiteral("32x24"), QStringLiteral("xc:green"),
+                QStringLiteral("TIFF:") + path};
             return twtest::magickConvert(a) ? path : QString();
         }
         if (e == "BMP") return im(QStringLiteral("BMP3"));
@@ -173,7 +183,8 @@ class DecodeTest : public QObject {
         if (e == "CAL") return im(QStringLiteral("CALS"), {QStringLiteral("-monochrome")});
         if (e == "IFF") {
             const QString ppm = tmp(QStringLiteral("src.ppm"));
-            twtest::magickConvert({QStringLiteral("-size"), QStringLiteral("64x48"), grad, QStringLiteral("PPM:") + ppm});
+            twtest::magickConvert(
+                {QStringLiteral("-size"), QStringLiteral("64x48"), grad, QStringLiteral("PPM:") + ppm});
             return twtest::run(QStringLiteral("ppmtoilbm"), {ppm}, path) ? path : QString();
         }
         if (e == "MAC") return twtest::run(QStringLiteral("pbmtomacp"), {pbm()}, path) ? path : QString();
@@ -206,15 +217,17 @@ private slots:
     void initTestCase() { QVERIFY(dir_.isValid()); }
 
     // The extensions that open, each on a file made here.
-    void generatedOpens_data() {
+    void generatedOpens_data()
+    {
         QTest::addColumn<QString>("ext");
         QTest::addColumn<int>("frames");
         for (const char *e : {"JPG", "JPE", "JPEG", "TIFF", "TIF", "MPT", "BMP", "ICO", "CUR", "PCX",
-                              "DCX", "PCD", "FAX", "XPM", "IFF", "PBM", "CUT", "PSD", "PNG", "TGA",
-                              "EPS", "JBG", "RAS", "PCT", "XWD", "ANI", "SGI", "CAL", "MAC", "IMG"})
+                              "DCX", "PCD", "FAX",  "XPM",  "IFF", "PBM", "CUT", "PSD", "PNG", "TGA",
+                              "EPS", "JBG", "RAS",  "PCT",  "XWD", "ANI", "SGI", "CAL", "MAC", "IMG"})
             QTest::newRow(e) << QString::fromLatin1(e) << (QByteArray(e) == "ANI" ? 4 : 1);
     }
-    void generatedOpens() {
+    void generatedOpens()
+    {
         QFETCH(QString, ext);
         QFETCH(int, frames);
         const QString path = makeSample(ext);
@@ -235,7 +248,8 @@ private slots:
     }
 
     // The pictures of a multi-page file open at the page asked for.
-    void multiPage() {
+    void multiPage()
+    {
         const QString path = makeSample(QStringLiteral("MPT"));
         Picture p1, p2, all;
         QCOMPARE(decodePictureFile(path, 1, false, &p1), 0);
@@ -253,7 +267,8 @@ private slots:
     }
 
     // The animated cursor's frames come in the order of its sequence chunk.
-    void animatedCursorOrder() {
+    void animatedCursorOrder()
+    {
         const QString path = makeSample(QStringLiteral("ANI"));
         Picture pic;
         QCOMPARE(decodePictureFile(path, 1, true, &pic), 0);
@@ -266,29 +281,59 @@ private slots:
     }
 
     // Real-world samples of every extension that opens.
-    void corpusOpens_data() {
+    void corpusOpens_data()
+    {
         QTest::addColumn<QString>("file");
         QTest::addColumn<bool>("animation");
-        const QList<QPair<const char *, bool>> files{
-            {"jpg/hopper.jpg", false}, {"jpg/pil_sample_cmyk.jpg", false}, {"jpg/hopper_gray.jpg", false},
-            {"tiff/hopper_lzw.tif", false}, {"tiff/g4-multi.tiff", false}, {"tiff/tiff_strip_cmyk_jpeg.tif", false},
-            {"tiff/input_gray_16bit.tiff", false}, {"bmp/pal4rle.bmp", false}, {"bmp/rgba32.bmp", false},
-            {"bmp/pal8os2.bmp", false}, {"ico/python.ico", false}, {"ico/hopper_256x256.ico", false},
-            {"cur/deerstalker.cur", false}, {"cur/fixture.cur", false}, {"pcx/input.pcx", false},
-            {"pcx/pil184.pcx", false}, {"dcx/hopper.dcx", false}, {"pcd/hopper.pcd", false},
-            {"wmf/clock.wmf", false}, {"wmf/drawing.wmf", false}, {"fax/test.g3", false},
-            {"xpm/hopper.xpm", false}, {"iff/test.ilbm", false}, {"pnm/input_p4.pbm", false},
-            {"pnm/input_p1.pbm", false}, {"psd/hopper.psd", false}, {"png/input_16.png", false},
-            {"png/input_256.png", false}, {"tga/200x32_rgb_bl_rle.tga", false}, {"tga/test-tga-cmap.tga", false},
-            {"eps/input.eps", false}, {"jbg/input.jbg", false}, {"ras/hopper.ras", false},
-            {"ras/input_im1.ras", false}, {"wpg/input.wpg", false},
-            {"xwd/input.xwd", false}, {"flc/2422.flc", true}, {"flc/trafficlights.flc", true},
-            {"fli/a.fli", true}, {"ani/jc-win.ani", true}, {"sgi/hopper.sgi", false},
-            {"sgi/hopper.bw", false}, {"mac/header.mac", false}, {"mac/noheader.mac", false},
-            {"msp/hopper.msp", false}};
+        const QList<QPair<const char *, bool>> files{{"jpg/hopper.jpg", false},
+                                                     {"jpg/pil_sample_cmyk.jpg", false},
+                                                     {"jpg/hopper_gray.jpg", false},
+                                                     {"tiff/hopper_lzw.tif", false},
+                                                     {"tiff/g4-multi.tiff", false},
+                                                     {"tiff/tiff_strip_cmyk_jpeg.tif", false},
+                                                     {"tiff/input_gray_16bit.tiff", false},
+                                                     {"bmp/pal4rle.bmp", false},
+                                                     {"bmp/rgba32.bmp", false},
+                                                     {"bmp/pal8os2.bmp", false},
+                                                     {"ico/python.ico", false},
+                                                     {"ico/hopper_256x256.ico", false},
+                                                     {"cur/deerstalker.cur", false},
+                                                     {"cur/fixture.cur", false},
+                                                     {"pcx/input.pcx", false},
+                                                     {"pcx/pil184.pcx", false},
+                                                     {"dcx/hopper.dcx", false},
+                                                     {"pcd/hopper.pcd", false},
+                                                     {"wmf/clock.wmf", false},
+                                                     {"wmf/drawing.wmf", false},
+                                                     {"fax/test.g3", false},
+                                                     {"xpm/hopper.xpm", false},
+                                                     {"iff/test.ilbm", false},
+                                                     {"pnm/input_p4.pbm", false},
+                                                     {"pnm/input_p1.pbm", false},
+                                                     {"psd/hopper.psd", false},
+                                                     {"png/input_16.png", false},
+                                                     {"png/input_256.png", false},
+                                                     {"tga/200x32_rgb_bl_rle.tga", false},
+                                                     {"tga/test-tga-cmap.tga", false},
+                                                     {"eps/input.eps", false},
+                                                     {"jbg/input.jbg", false},
+                                                     {"ras/hopper.ras", false},
+                                                     {"ras/input_im1.ras", false},
+                                                     {"wpg/input.wpg", false},
+                                                     {"xwd/input.xwd", false},
+                                                     {"flc/2422.flc", true},
+                                                     {"flc/trafficlights.flc", true},
+                                                     {"fli/a.fli", true},
+                                                     {"ani/jc-win.ani", true},
+                                                     {"sgi/hopper.sgi", false},
+                                                     {"sgi/hopper.bw", false},
+                                                     {"mac/header.mac", false},
+                                                     {"mac/noheader.mac", false},
+                                                     {"msp/hopper.msp", false}};
         for (const auto &f : files) QTest::newRow(f.first) << QString::fromLatin1(f.first) << f.second;
     }
-    void corpusOpens() {
+    void corpusOpens()
+    {
         if (!twtest::haveCorpus()) QSKIP("the real-world samples are not on this machine");
         QFETCH(QString, file);
         QFETCH(bool, animation);
@@ -303,7 +348,8 @@ private slots:
     }
 
     // Bad input of every kind takes the failure path.
-    void badInput_data() {
+    void badInput_data()
+    {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<int>("expected");
@@ -315,9 +361,14 @@ private slots:
         for (const char *e : {"jpg", "png", "bmp", "ani", "flc", "pcx"})
             QTest::newRow(qPrintable(QStringLiteral("empty.") + QLatin1String(e)))
                 << QStringLiteral("empty.") + QLatin1String(e) << QByteArray() << int(ImagingInvalidFormat);
-        QTest::newRow("riff header only.ani") << QStringLiteral("short.ani") << QByteArray("RIFF\xff\xff\xff\x7f" "ACON", 12) << -1;
+        QTest::newRow("riff header only.ani") << QStringLiteral("short.ani")
+                                              << QByteArray("RIFF\xff\xff\xff\x7f"
+                                                            "ACON",
+                                                            12)
+                                              << -1;
     }
-    void badInput() {
+    void badInput()
+    {
         QFETCH(QString, name);
         QFETCH(QByteArray, content);
         QFETCH(int, expected);
@@ -330,16 +381,19 @@ private slots:
         QVERIFY(pic.isNull());
     }
 
-    void missingFile() {
+    void missingFile()
+    {
         Picture pic;
-        QCOMPARE(decodePictureFile(tmp(QStringLiteral("nothing-here.jpg")), 1, false, &pic), int(ImagingFileNotFound));
+        QCOMPARE(decodePictureFile(tmp(QStringLiteral("nothing-here.jpg")), 1, false, &pic),
+                 int(ImagingFileNotFound));
         QCOMPARE(decodePictureFile(dir_.path(), 1, false, &pic), int(ImagingFileNotFound));
     }
 
-    void truncatedJpeg() {
+    void truncatedJpeg()
+    {
         const QString full = tmp(QStringLiteral("full.jpg"));
-        QVERIFY(twtest::magickConvert({QStringLiteral("-size"), QStringLiteral("400x300"), QStringLiteral("plasma:"),
-                                       QStringLiteral("JPEG:") + full}));
+        QVERIFY(twtest::magickConvert({QStringLiteral("-size"), QStringLiteral("400x300"),
+                                       QStringLiteral("plasma:"), QStringLiteral("JPEG:") + full}));
         Picture pic;
         QCOMPARE(decodePictureFile(full, 1, false, &pic), 0);
         const QByteArray data = readFile(full);
@@ -355,10 +409,11 @@ private slots:
         QVERIFY(decodePictureFile(tmp(QStringLiteral("head.jpg")), 1, false, &p) != 0);
     }
 
-    void truncatedPng() {
+    void truncatedPng()
+    {
         const QString full = tmp(QStringLiteral("full.png"));
-        QVERIFY(twtest::magickConvert({QStringLiteral("-size"), QStringLiteral("300x200"), QStringLiteral("plasma:"),
-                                       QStringLiteral("PNG:") + full}));
+        QVERIFY(twtest::magickConvert({QStringLiteral("-size"), QStringLiteral("300x200"),
+                                       QStringLiteral("plasma:"), QStringLiteral("PNG:") + full}));
         const QByteArray data = readFile(full);
         for (double part : {0.1, 0.5, 0.95}) {
             const QString cut = tmp(QStringLiteral("cut.png"));
@@ -369,7 +424,8 @@ private slots:
     }
 
     // 65535 x 65535 pixels need 16 GiB decoded: refused by the area limit, at once.
-    void hugePng() {
+    void hugePng()
+    {
         const QString path = tmp(QStringLiteral("huge.png"));
         QVERIFY(writeHugePng(path, 65535, 65535));
         QElapsedTimer t;
@@ -382,25 +438,33 @@ private slots:
         // The same picture through ImageMagick (a format Qt does not read) is refused too.
         const QString sgi = tmp(QStringLiteral("huge.sgi"));
         QByteArray header(512, '\0');
-        header[0] = char(0x01); header[1] = char(0xDA);  // magic
-        header[2] = 0; header[3] = 1;                     // verbatim, 1 byte a channel
-        header[4] = 0; header[5] = 2;                     // two dimensions
-        header[6] = char(0xFF); header[7] = char(0xFF);   // width 65535
-        header[8] = char(0xFF); header[9] = char(0xFF);   // height 65535
-        header[10] = 0; header[11] = 1;                   // one channel
-        header[19] = char(0xFF);                          // max pixel value 255
+        header[0] = char(0x01);
+        header[1] = char(0xDA);  // magic
+        header[2] = 0;
+        header[3] = 1;  // verbatim, 1 byte a channel
+        header[4] = 0;
+        header[5] = 2;  // two dimensions
+        header[6] = char(0xFF);
+        header[7] = char(0xFF);  // width 65535
+        header[8] = char(0xFF);
+        header[9] = char(0xFF);  // height 65535
+        header[10] = 0;
+        header[11] = 1;  // one channel
+        header[19] = char(0xFF);  // max pixel value 255
         QVERIFY(writeFile(sgi, header + QByteArray(4096, '\0')));
         Picture p2;
         QVERIFY(decodePictureFile(sgi, 1, false, &p2) != 0);
         QVERIFY(p2.isNull());
     }
 
-    void corruptMultiPageTiff() {
+    void corruptMultiPageTiff()
+    {
         const QString full = tmp(QStringLiteral("three.tif"));
-        QVERIFY(twtest::magickConvert({QStringLiteral("-size"), QStringLiteral("200x150"), QStringLiteral("plasma:"),
-                                       QStringLiteral("-size"), QStringLiteral("200x150"), QStringLiteral("plasma:"),
-                                       QStringLiteral("-size"), QStringLiteral("200x150"), QStringLiteral("plasma:"),
-                                       QStringLiteral("-compress"), QStringLiteral("LZW"), QStringLiteral("TIFF:") + full}));
+        QVERIFY(twtest::magickConvert(
+            {QStringLiteral("-size"), QStringLiteral("200x150"), QStringLiteral("plasma:"),
+             QStringLiteral("-size"), QStringLiteral("200x150"), QStringLiteral("plasma:"),
+             QStringLiteral("-size"), QStringLiteral("200x150"), QStringLiteral("plasma:"),
+             QStringLiteral("-compress"), QStringLiteral("LZW"), QStringLiteral("TIFF:") + full}));
         QByteArray data = readFile(full);
         // Scribble over the second half: the later pages' strips and directories break.
         for (int i = data.size() / 2; i < data.size(); i += 7) data[i] = char(0xA5 ^ i);
@@ -416,10 +480,11 @@ private slots:
         QVERIFY(decodePictureFile(bad, 1, false, &p) != 0);
     }
 
-    void animatedCursorBadFrame() {
+    void animatedCursorBadFrame()
+    {
         const QString ico = tmp(QStringLiteral("good.ico"));
-        QVERIFY(twtest::magickConvert({QStringLiteral("-size"), QStringLiteral("32x32"), QStringLiteral("xc:red"),
-                                       QStringLiteral("ICO:") + ico}));
+        QVERIFY(twtest::magickConvert({QStringLiteral("-size"), QStringLiteral("32x32"),
+                                       QStringLiteral("xc:red"), QStringLiteral("ICO:") + ico}));
         const QByteArray good = readFile(ico);
         QByteArray broken = good;
         broken.truncate(30);
@@ -440,7 +505,8 @@ private slots:
         QVERIFY(p.isNull());
     }
 
-    void truncatedFlic() {
+    void truncatedFlic()
+    {
         if (!twtest::haveCorpus()) QSKIP("the real-world samples are not on this machine");
         const QByteArray data = readFile(twtest::corpus(QStringLiteral("flc/2422.flc")));
         QVERIFY(!data.isEmpty());
@@ -451,7 +517,8 @@ private slots:
     }
 };
 
-int main(int argc, char **argv) {
+int main(int argc, char **argv)
+{
     QApplication app(argc, argv);
     DecodeTest t;
     return QTest::qExec(&t, argc, argv);

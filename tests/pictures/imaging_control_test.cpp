@@ -20,16 +20,16 @@
 #include <QTimer>
 
 using namespace tw;
-using twtest::TinyHttp;
 using twtest::testPicture;
-
+using twtest::TinyHttp;
 
 class ImagingControlTest : public QObject {
     Q_OBJECT
     QTemporaryDir dir_;
 
 private slots:
-    void handleIsAnIndependentCopy() {
+    void handleIsAnIndependentCopy()
+    {
         ImagingControl a, b;
         a.setImage(testPicture(40, 30));
         b.assignFrom(a);
@@ -46,7 +46,8 @@ private slots:
         QCOMPARE(b.bitsPerPixel(), 24);
     }
 
-    void unitsAndSizes() {
+    void unitsAndSizes()
+    {
         ImagingControl c;
         c.setImage(testPicture(100, 50));
         c.setScaleUnit(ImagingControl::UnitTwips);
@@ -60,7 +61,8 @@ private slots:
         QCOMPARE(c.pixelHeight(), 50);
     }
 
-    void autoSizeAndZoom() {
+    void autoSizeAndZoom()
+    {
         ImagingControl c;
         c.setBorderStyle(1);
         c.setAutoSize(true);
@@ -73,7 +75,8 @@ private slots:
         QCOMPARE(c.zoomPercent(), 1);
     }
 
-    void sizeModesPaint() {
+    void sizeModesPaint()
+    {
         ImagingControl c;
         c.resize(200, 100);
         c.setImage(testPicture(100, 100));
@@ -95,7 +98,8 @@ private slots:
         QCOMPARE(QColor(shot.pixel(3, 3)), QColor(200, 30, 30));
     }
 
-    void dragPanScrolls() {
+    void dragPanScrolls()
+    {
         ImagingControl c;
         c.resize(100, 100);
         c.setImage(testPicture(400, 400));
@@ -116,7 +120,8 @@ private slots:
         QCOMPARE(c.scrollPosition(), QPoint(40, 30));
     }
 
-    void magnifierFollowsMouse() {
+    void magnifierFollowsMouse()
+    {
         ImagingControl c;
         c.resize(300, 300);
         c.setImage(testPicture(300, 300));
@@ -136,7 +141,8 @@ private slots:
         QVERIFY(!c.magnifierOn());
     }
 
-    void panWindow() {
+    void panWindow()
+    {
         ImagingControl c;
         c.resize(100, 80);
         c.setImage(testPicture(400, 320));
@@ -159,7 +165,8 @@ private slots:
         const QImage shot = w->grab().toImage();
         bool red = false;
         for (int x = 0; x < shot.width() && !red; ++x)
-            for (int y = 0; y < shot.height() && !red; ++y) red = QColor(shot.pixel(x, y)) == QColor(255, 0, 0);
+            for (int y = 0; y < shot.height() && !red; ++y)
+                red = QColor(shot.pixel(x, y)) == QColor(255, 0, 0);
         QVERIFY2(red, "the rectangle is drawn in colour 255");
         QCOMPARE(c.showPanWindow(false), 0);
         QVERIFY(!w->isVisible());
@@ -167,7 +174,8 @@ private slots:
         QVERIFY(empty.showPanWindow(true) != 0);
     }
 
-    void regionsByMouse() {
+    void regionsByMouse()
+    {
         ImagingControl c;
         c.resize(200, 200);
         c.setImage(testPicture(200, 200));
@@ -187,13 +195,15 @@ private slots:
         QCOMPARE(clicks.count(), 1);
         QCOMPARE(c.fillRegion(0x0000FF), 0);
         QCOMPARE(QColor(c.image().pixel(130, 120)), QColor(255, 0, 0));
-        QCOMPARE(QColor(c.image().pixel(101, 101)), QColor(40, 80, 160));  // corner of the box, outside the ellipse
+        QCOMPARE(QColor(c.image().pixel(101, 101)),
+                 QColor(40, 80, 160));  // corner of the box, outside the ellipse
         c.freeRegion();
         QVERIFY(!c.hasRegion());
         QVERIFY(c.fillRegion(0) != 0);
     }
 
-    void resizeAndAdjust() {
+    void resizeAndAdjust()
+    {
         ImagingControl c;
         c.setImage(testPicture(100, 60));
         QCOMPARE(c.resizeBitmap(50, 30, 0), 0);
@@ -210,7 +220,8 @@ private slots:
         QVERIFY(empty.changeBrightness(10) != 0);
     }
 
-    void clipboard() {
+    void clipboard()
+    {
         ImagingControl c;
         c.setImage(testPicture(30, 20));
         QCOMPARE(c.copyToClipboard(14), 0);
@@ -225,7 +236,8 @@ private slots:
         QVERIFY(empty.copyToClipboard(14) != 0);
     }
 
-    void fileFactsAndLoad() {
+    void fileFactsAndLoad()
+    {
         const QString path = dir_.filePath(QStringLiteral("facts.png"));
         QVERIFY(testPicture(64, 32).save(path, "PNG"));
         ImagingControl c;
@@ -246,11 +258,12 @@ private slots:
         QCOMPARE(c.pixelWidth(), 64);
     }
 
-    void saveFormats() {
+    void saveFormats()
+    {
         ImagingControl c;
         c.setImage(testPicture(40, 30));
-        const QList<QPair<int, const char *>> formats{{10, "jpg"}, {3, "tif"}, {6, "bmp"}, {75, "png"},
-                                                      {1, "pcx"}, {4, "tga"}, {55, "ras"}, {142, "sgi"},
+        const QList<QPair<int, const char *>> formats{{10, "jpg"},  {3, "tif"},   {6, "bmp"},  {75, "png"},
+                                                      {1, "pcx"},   {4, "tga"},   {55, "ras"}, {142, "sgi"},
                                                       {113, "xwd"}, {109, "xpm"}, {76, "psd"}, {16, "eps"}};
         for (const auto &[format, ext] : formats) {
             const QString path = dir_.filePath(QStringLiteral("saved.") + QLatin1String(ext));
@@ -262,7 +275,8 @@ private slots:
         QCOMPARE(c.save(dir_.filePath(QStringLiteral("x.wpg")), 54, 0, 0, 0), int(ImagingFormatNotAvailable));
     }
 
-    void animationLoops() {
+    void animationLoops()
+    {
         ImagingControl c;
         Picture p;
         for (QColor col : {QColor(Qt::red), QColor(Qt::blue)}) {
@@ -280,7 +294,8 @@ private slots:
         c.setAnimationPlay(false);
     }
 
-    void fetch() {
+    void fetch()
+    {
         QByteArray png;
         {
             QBuffer b(&png);
@@ -336,7 +351,8 @@ private slots:
         QTRY_COMPARE(c.readyState(), 0);
     }
 
-    void keyCodes() {
+    void keyCodes()
+    {
         ImagingControl c;
         QSignalSpy keys(&c, &ImagingControl::keyDown);
         QTest::keyClick(&c, Qt::Key_Plus, Qt::KeypadModifier);
@@ -348,7 +364,8 @@ private slots:
     }
 };
 
-int main(int argc, char **argv) {
+int main(int argc, char **argv)
+{
     QApplication app(argc, argv);
     ImagingControlTest t;
     return QTest::qExec(&t, argc, argv);

@@ -6,7 +6,8 @@
 
 using tw::GetImagingErrorText;
 
-TEST(ImagingErrorText, EveryRowAsWritten) {
+TEST(ImagingErrorText, EveryRowAsWritten)
+{
     EXPECT_EQ(GetImagingErrorText(20000), "General failure");
     EXPECT_EQ(GetImagingErrorText(20001), "Not enough memory available");
     EXPECT_EQ(GetImagingErrorText(20003), "Not enough memory available");
@@ -25,7 +26,8 @@ TEST(ImagingErrorText, EveryRowAsWritten) {
     EXPECT_EQ(GetImagingErrorText(20090), "Twain operation was cancelled");
 }
 
-TEST(ImagingErrorText, FullTableCount) {
+TEST(ImagingErrorText, FullTableCount)
+{
     int rows = 0;
     for (int c = 19990; c < 20100; ++c)
         if (!GetImagingErrorText(c).isEmpty()) ++rows;
@@ -33,25 +35,30 @@ TEST(ImagingErrorText, FullTableCount) {
     EXPECT_EQ(rows, 20 + 9 + 3 + 4 + 14);
 }
 
-TEST(ImagingErrorText, GapsAreEmpty) {
+TEST(ImagingErrorText, GapsAreEmpty)
+{
     EXPECT_EQ(GetImagingErrorText(20020), "");
     EXPECT_EQ(GetImagingErrorText(19999), "");
     EXPECT_EQ(GetImagingErrorText(20091), "");
     EXPECT_EQ(GetImagingErrorText(0), "");
     EXPECT_EQ(GetImagingErrorText(-20000), "");
-    for (int c : {20066, 20067, 20068, 20069, 20074, 20075, 20076}) EXPECT_EQ(GetImagingErrorText(c), "") << c;
+    for (int c : {20066, 20067, 20068, 20069, 20074, 20075, 20076})
+        EXPECT_EQ(GetImagingErrorText(c), "") << c;
 }
 
-TEST(ImagingErrorText, ReversedRowNeverMatches) {
+TEST(ImagingErrorText, ReversedRowNeverMatches)
+{
     for (int c = 20030; c <= 20062; ++c) EXPECT_EQ(GetImagingErrorText(c), "") << c;
 }
 
-TEST(ImagingErrorText, MessageForm) {
+TEST(ImagingErrorText, MessageForm)
+{
     EXPECT_EQ(tw::imagingErrorMessage(20010), "Error '20010, File not found' was generated.");
     EXPECT_EQ(tw::imagingErrorMessage(20020), "Error '20020, ' was generated.");
 }
 
-TEST(ImageFormatName, TableRows) {
+TEST(ImageFormatName, TableRows)
+{
     EXPECT_EQ(tw::GetImageFormatName(10), "JPEG File Interchange Format");
     EXPECT_EQ(tw::GetImageFormatName(86), "Tagged Image File LZW Compressed Forma");
     EXPECT_EQ(tw::GetImageFormatName(142), "Silicon Graphics Image");

@@ -22,13 +22,13 @@
 #include <cmath>
 
 using namespace tw;
-using twtest::TinyHttp;
 using twtest::testPicture;
+using twtest::TinyHttp;
 
 namespace {
 
-
-QByteArray pngBytes(int w, int h) {
+QByteArray pngBytes(int w, int h)
+{
     QByteArray png;
     QBuffer b(&png);
     b.open(QIODevice::WriteOnly);
@@ -49,7 +49,8 @@ class PictureWindowTest : public QObject {
     bool image1Shown() const { return P->Image1->isVisibleTo(P->Image1->parentWidget()); }
 
 private slots:
-    void init() {
+    void init()
+    {
         const QString data = QDir::homePath() + QStringLiteral("/.local/share/tarnwick");
         qputenv("XDG_DATA_HOME", (QDir::homePath() + QStringLiteral("/.local/share")).toLocal8Bit());
         QDir().mkpath(data);
@@ -66,7 +67,8 @@ private slots:
         QVERIFY(P);
         QVERIFY(!w->State.StartingUp);
     }
-    void cleanup() {
+    void cleanup()
+    {
         G.FromInternet = false;
         P->PictureChanged = false;
         delete w;
@@ -76,7 +78,8 @@ private slots:
     // The fetch: "loading" is heard after LoadImage has finished starting it, so the
     // control has reported a change since the fetch began; completion and the load-finished
     // event then finish the remote picture.
-    void fetchReportsAndFinishes() {
+    void fetchReportsAndFinishes()
+    {
         TinyHttp server(pngBytes(48, 36));
         QVERIFY(server.isListening());
         const QString url = server.url("/slow.png");
@@ -110,7 +113,8 @@ private slots:
     }
 
     // "Complete" sets the form's pointer back too, not only the control's.
-    void completeResetsTheFormPointer() {
+    void completeResetsTheFormPointer()
+    {
         TinyHttp server(pngBytes(16, 16));
         G.FromInternet = true;
         w->DisplayFile(server.url("/never.png"));
@@ -126,7 +130,8 @@ private slots:
     }
 
     // A double click on a picture still fetching finishes it.
-    void doubleClickFinishesAFetch() {
+    void doubleClickFinishesAFetch()
+    {
         TinyHttp server(pngBytes(16, 16));
         const QString url = server.url("/never.png");
         G.FromInternet = true;
@@ -143,7 +148,8 @@ private slots:
     }
 
     // A bitmap exactly 600 twips short of the panel's height fits; one pixel more does not.
-    void resizeTestIsStrict() {
+    void resizeTestIsStrict()
+    {
         w->selectTab(2);
         QWidget *f = P->Image1->parentWidget();
         const int fh = f->height(), fw = f->width();
@@ -160,7 +166,8 @@ private slots:
     }
 
     // Normal on a minimised window changes nothing at all, not even StretchOn.
-    void normalOnAMinimisedWindow() {
+    void normalOnAMinimisedWindow()
+    {
         w->selectTab(2);
         P->Image1->setImage(testPicture(60, 40));
         P->ResetPicture();
@@ -179,7 +186,8 @@ private slots:
     }
 
     // Left edge 300 on a window whose top is 20: the pan window opens at 400, 400.
-    void panWindowPlace() {
+    void panWindowPlace()
+    {
         w->selectTab(2);
         P->Image1->setImage(testPicture(300, 200));
         P->ResetPicture();
@@ -201,7 +209,8 @@ private slots:
 
     // Opening a file already in the view list leaves the list's current row, and the view
     // list tool checked is that row's, not the new picture's.
-    void viewListToolFollowsTheCurrentRow() {
+    void viewListToolFollowsTheCurrentRow()
+    {
         QVERIFY(dir_.isValid());
         const QString a = dir_.filePath(QStringLiteral("a.png")), b = dir_.filePath(QStringLiteral("b.png"));
         QVERIFY(testPicture(20, 10).save(a));

@@ -17,10 +17,12 @@ using namespace tw;
 class PromptsTest : public QObject {
     Q_OBJECT
 private slots:
-    void zoomPromptSetup() {
+    void zoomPromptSetup()
+    {
         NewValue1 d;
         bool showResize = false;
-        d.Setup(QStringLiteral("Zoom In/Out"), QStringLiteral("Whole Percent:"), 800, 1, 100, 100, 10, showResize);
+        d.Setup(QStringLiteral("Zoom In/Out"), QStringLiteral("Whole Percent:"), 800, 1, 100, 100, 10,
+                showResize);
         QCOMPARE(d.windowTitle(), QStringLiteral("Zoom In/Out"));
         QCOMPARE(d.NewValueTitle->text(), QStringLiteral("Select Whole Percent:"));
         QCOMPARE(d.NewValueBar->maximum(), 800);
@@ -33,10 +35,12 @@ private slots:
         QVERIFY(!d.GetAccepted());
     }
 
-    void barAndBoxFollow() {
+    void barAndBoxFollow()
+    {
         NewValue1 d;
         bool showResize = true;
-        d.Setup(QStringLiteral("Zoom In/Out"), QStringLiteral("Whole Percent:"), 800, 1, 100, 100, 10, showResize);
+        d.Setup(QStringLiteral("Zoom In/Out"), QStringLiteral("Whole Percent:"), 800, 1, 100, 100, 10,
+                showResize);
         d.NewValueBar->setValue(250);
         QCOMPARE(d.NewValueBox->text(), QStringLiteral("250"));
         d.NewValueBox->setText(QStringLiteral("640"));
@@ -50,7 +54,8 @@ private slots:
     }
 
     // The prompts' fields are readable by name while a prompt is loaded, and gone after.
-    void fieldsReadableByName() {
+    void fieldsReadableByName()
+    {
         auto var = [](const char *n) {
             QString out;
             return scenarioVariable(QLatin1String(n), &out) ? out : QStringLiteral("<none>");
@@ -58,7 +63,8 @@ private slots:
         {
             NewValue1 d;
             bool showResize = false;
-            d.Setup(QStringLiteral("Zoom In/Out"), QStringLiteral("Whole Percent:"), 800, 1, 100, 100, 10, showResize);
+            d.Setup(QStringLiteral("Zoom In/Out"), QStringLiteral("Whole Percent:"), 800, 1, 100, 100, 10,
+                    showResize);
             QCOMPARE(var("ValueAccepted"), QStringLiteral("false"));
             QCOMPARE(var("BoxDriving"), QStringLiteral("false"));
             // Out of range: the bar stays, so nothing clears the box's guard.
@@ -82,10 +88,12 @@ private slots:
         QCOMPARE(var("SizeMode"), QStringLiteral("<none>"));
     }
 
-    void okValidatesSilently() {
+    void okValidatesSilently()
+    {
         NewValue1 d;
         bool showResize = false;
-        d.Setup(QStringLiteral("Zoom In/Out"), QStringLiteral("Whole Percent:"), 800, 1, 100, 100, 10, showResize);
+        d.Setup(QStringLiteral("Zoom In/Out"), QStringLiteral("Whole Percent:"), 800, 1, 100, 100, 10,
+                showResize);
         d.show();
         d.NewValueBox->setText(QStringLiteral("801"));
         d.OKBtn->click();
@@ -104,7 +112,8 @@ private slots:
         QVERIFY(!d.isVisible());
     }
 
-    void cancelKeepsUnaccepted() {
+    void cancelKeepsUnaccepted()
+    {
         NewValue1 d;
         bool showResize = false;
         d.Setup(QStringLiteral("x"), QStringLiteral("y"), 10, 1, 5, 1, 1, showResize);
@@ -114,7 +123,8 @@ private slots:
         QVERIFY(!d.isVisible());
     }
 
-    void sizeSetup() {
+    void sizeSetup()
+    {
         NewSize1 d;
         d.Setup(0, 1000, 500);
         QCOMPARE(d.windowTitle(), QStringLiteral("Resize"));
@@ -133,7 +143,8 @@ private slots:
         QCOMPARE(d.TxtWidth1->text(), QStringLiteral("2000"));
     }
 
-    void tallPictureLimits() {
+    void tallPictureLimits()
+    {
         NewSize1 d;
         d.Setup(0, 100, 40000);
         QCOMPARE(d.SCHeight1->maximum(), 32767);
@@ -148,7 +159,8 @@ private slots:
         QCOMPARE(d.SCHeight1->value(), h);
     }
 
-    void typedSideAndRounding() {
+    void typedSideAndRounding()
+    {
         NewSize1 d;
         d.Setup(0, 3, 2);
         d.TxtWidth1->setText(QStringLiteral("5"));  // 2*5/3 = 3.33 -> 3
@@ -162,7 +174,8 @@ private slots:
         QCOMPARE(d.SCWeight1->value(), 10);
     }
 
-    void aspectUntickSnapsBack() {
+    void aspectUntickSnapsBack()
+    {
         NewSize1 d;
         d.Setup(0, 1000, 500);
         d.CHKASPECT->click();  // off
@@ -176,7 +189,8 @@ private slots:
         QCOMPARE(d.SCHeight1->value(), 500);
     }
 
-    void sizeOk() {
+    void sizeOk()
+    {
         NewSize1 d;
         d.Setup(0, 1000, 500);
         d.show();
@@ -196,7 +210,8 @@ private slots:
         QVERIFY(resample);
     }
 
-    void intensityMode() {
+    void intensityMode()
+    {
         NewSize1 d;
         d.Setup(999, 0, 0);
         QCOMPARE(d.windowTitle(), QStringLiteral("Intensity Detect"));
@@ -210,7 +225,8 @@ private slots:
         QCOMPARE(d.SCHeight1->value(), 128);
     }
 
-    void textToInt16Rules() {
+    void textToInt16Rules()
+    {
         int16_t v;
         QVERIFY(textToInt16(QStringLiteral(" 12 "), &v));
         QCOMPARE(v, int16_t(12));
@@ -222,7 +238,8 @@ private slots:
     }
 };
 
-int main(int argc, char **argv) {
+int main(int argc, char **argv)
+{
     QApplication app(argc, argv);
     PromptsTest t;
     return QTest::qExec(&t, argc, argv);

@@ -14,7 +14,8 @@ namespace twtest {
 
 // Runs a program; true when it exits with 0.
 inline bool run(const QString &program, const QStringList &args, const QString &stdoutFile = QString(),
-                const QString &stdinFile = QString()) {
+                const QString &stdinFile = QString())
+{
     QProcess p;
     if (!stdoutFile.isEmpty()) p.setStandardOutputFile(stdoutFile);
     if (!stdinFile.isEmpty()) p.setStandardInputFile(stdinFile);
@@ -27,13 +28,15 @@ inline bool run(const QString &program, const QStringList &args, const QString &
 }
 
 // ImageMagick's convert writes `target` ("CODER:path") from the arguments before it.
-inline bool magickConvert(const QStringList &args) {
+inline bool magickConvert(const QStringList &args)
+{
     const QString exe = QFile::exists(QStringLiteral("/usr/bin/convert")) ? QStringLiteral("/usr/bin/convert")
                                                                           : QStringLiteral("convert");
     return run(exe, args);
 }
 
-inline QString corpusDir() {
+inline QString corpusDir()
+{
     const QString env = qEnvironmentVariable("TW_CORPUS");
     if (!env.isEmpty()) return env;
     return QStringLiteral(TW_CORPUS_DIR);

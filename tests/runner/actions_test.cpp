@@ -18,10 +18,13 @@ private slots:
         QComboBox c;
         c.addItems({"None", "Light", "Heavy"});
         QStringList order;
-        connect(&c, &QComboBox::currentIndexChanged, this, [&](int i) { order << QStringLiteral("index %1").arg(i); });
+        connect(&c, &QComboBox::currentIndexChanged, this,
+                [&](int i) { order << QStringLiteral("index %1").arg(i); });
         connect(&c, &QComboBox::currentTextChanged, this, [&](const QString &s) { order << "text " + s; });
-        connect(&c, &QComboBox::activated, this, [&](int i) { order << QStringLiteral("activated %1").arg(i); });
-        connect(&c, &QComboBox::textActivated, this, [&](const QString &s) { order << "textActivated " + s; });
+        connect(&c, &QComboBox::activated, this,
+                [&](int i) { order << QStringLiteral("activated %1").arg(i); });
+        connect(&c, &QComboBox::textActivated, this,
+                [&](const QString &s) { order << "textActivated " + s; });
         QString err;
         QVERIFY(pickComboRow(&c, 2, &err));
         QCOMPARE(c.currentIndex(), 2);

@@ -84,8 +84,7 @@ public:
         QFile f(file_);
         if (!f.open(QIODevice::ReadOnly)) return fail(0, QStringLiteral("cannot read the file"));
         QString err;
-        if (!parseScript(QString::fromUtf8(f.readAll()), &script_, &err))
-            return fail(0, err);
+        if (!parseScript(QString::fromUtf8(f.readAll()), &script_, &err)) return fail(0, err);
         makeHome();
         QTimer tick;
         tick.setInterval(2);
@@ -144,10 +143,7 @@ private:
 
     QString x(const QString &s) const { return expandVars(s, home_, data_, fixtures_); }
 
-    static QMessageBox *activeBox()
-    {
-        return qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-    }
+    static QMessageBox *activeBox() { return qobject_cast<QMessageBox *>(QApplication::activeModalWidget()); }
 
     void finish() { loop_.quit(); }
 
@@ -185,8 +181,8 @@ private:
         // A box that appears while the next statement is no box line fails the scenario.
         if (QMessageBox *b = activeBox()) {
             if (st.tokens[0] != QLatin1String("box")) {
-                fail(st.line, QStringLiteral("unexpected message box \"%1\" \"%2\"")
-                                  .arg(b->windowTitle(), b->text()));
+                fail(st.line,
+                     QStringLiteral("unexpected message box \"%1\" \"%2\"").arg(b->windowTitle(), b->text()));
                 aborted_ = true;
                 return;
             }
@@ -393,8 +389,9 @@ private:
             return pickComboRow(cb, row, &e) ? Outcome::done() : Outcome::fail(e);
         }
         if (auto *sa = dynamic_cast<ScenarioAccess *>(w)) {
-            const bool ok = how == QLatin1String("dblclick") ? sa->scenarioDoubleClick(QString::number(row), &e)
-                                                             : sa->scenarioSelect(QString::number(row), &e);
+            const bool ok = how == QLatin1String("dblclick")
+                ? sa->scenarioDoubleClick(QString::number(row), &e)
+                : sa->scenarioSelect(QString::number(row), &e);
             return ok ? Outcome::done() : Outcome::fail(e);
         }
         return Outcome::fail(QStringLiteral("the control has no rows"));
@@ -423,40 +420,69 @@ private:
         if (isNum) {
             // The key codes of the old runtime.
             static const QHash<int, Qt::Key> codes = {
-                {8, Qt::Key_Backspace}, {9, Qt::Key_Tab}, {13, Qt::Key_Return},
-                {27, Qt::Key_Escape}, {32, Qt::Key_Space}, {33, Qt::Key_PageUp},
-                {34, Qt::Key_PageDown}, {35, Qt::Key_End}, {36, Qt::Key_Home},
-                {37, Qt::Key_Left}, {38, Qt::Key_Up}, {39, Qt::Key_Right}, {40, Qt::Key_Down},
-                {45, Qt::Key_Insert}, {46, Qt::Key_Delete}, {106, Qt::Key_Asterisk},
-                {107, Qt::Key_Plus}, {109, Qt::Key_Minus}, {110, Qt::Key_Period},
-                {111, Qt::Key_Slash}, {187, Qt::Key_Equal}, {189, Qt::Key_Minus}};
+                {8, Qt::Key_Backspace}, {9, Qt::Key_Tab},     {13, Qt::Key_Return},   {27, Qt::Key_Escape},
+                {32, Qt::Key_Space},    {33, Qt::Key_PageUp}, {34, Qt::Key_PageDown}, {35, Qt::Key_End},
+                {36, Qt::Key_Home},     {37, Qt::Key_Left},   {38, Qt::Key_Up},       {39, Qt::Key_Right},
+                {40, Qt::Key_Down},     {45, Qt::Key_Insert}, {46, Qt::Key_Delete},   {106, Qt::Key_Asterisk},
+                {107, Qt::Key_Plus},    {109, Qt::Key_Minus}, {110, Qt::Key_Period},  {111, Qt::Key_Slash},
+                {187, Qt::Key_Equal},   {189, Qt::Key_Minus}};
             if (codes.contains(code)) {
                 *key = codes.value(code);
                 if (code >= 106 && code <= 111) *keypad = true;
                 return true;
             }
-            if (code >= 48 && code <= 57) { *key = Qt::Key(Qt::Key_0 + code - 48); return true; }
-            if (code >= 65 && code <= 90) { *key = Qt::Key(Qt::Key_A + code - 65); return true; }
-            if (code >= 96 && code <= 105) { *key = Qt::Key(Qt::Key_0 + code - 96); *keypad = true; return true; }
-            if (code >= 112 && code <= 135) { *key = Qt::Key(Qt::Key_F1 + code - 112); return true; }
+            if (code >= 48 && code <= 57) {
+                *key = Qt::Key(Qt::Key_0 + code - 48);
+                return true;
+            }
+            if (code >= 65 && code <= 90) {
+                *key = Qt::Key(Qt::Key_A + code - 65);
+                return true;
+            }
+            if (code >= 96 && code <= 105) {
+                *key = Qt::Key(Qt::Key_0 + code - 96);
+                *keypad = true;
+                return true;
+            }
+            if (code >= 112 && code <= 135) {
+                *key = Qt::Key(Qt::Key_F1 + code - 112);
+                return true;
+            }
             return false;
         }
-        static const QHash<QString, Qt::Key> names = {
-            {"escape", Qt::Key_Escape}, {"esc", Qt::Key_Escape}, {"enter", Qt::Key_Return},
-            {"return", Qt::Key_Return}, {"tab", Qt::Key_Tab}, {"space", Qt::Key_Space},
-            {"backspace", Qt::Key_Backspace}, {"delete", Qt::Key_Delete}, {"del", Qt::Key_Delete},
-            {"insert", Qt::Key_Insert}, {"ins", Qt::Key_Insert}, {"home", Qt::Key_Home},
-            {"end", Qt::Key_End}, {"pageup", Qt::Key_PageUp}, {"pagedown", Qt::Key_PageDown},
-            {"left", Qt::Key_Left}, {"right", Qt::Key_Right}, {"up", Qt::Key_Up},
-            {"down", Qt::Key_Down}, {"add", Qt::Key_Plus}, {"plus", Qt::Key_Plus},
-            {"subtract", Qt::Key_Minus}, {"minus", Qt::Key_Minus}, {"multiply", Qt::Key_Asterisk},
-            {"divide", Qt::Key_Slash}, {"pgup", Qt::Key_PageUp}, {"pgdn", Qt::Key_PageDown}};
+        static const QHash<QString, Qt::Key> names = {{"escape", Qt::Key_Escape},
+                                                      {"esc", Qt::Key_Escape},
+                                                      {"enter", Qt::Key_Return},
+                                                      {"return", Qt::Key_Return},
+                                                      {"tab", Qt::Key_Tab},
+                                                      {"space", Qt::Key_Space},
+                                                      {"backspace", Qt::Key_Backspace},
+                                                      {"delete", Qt::Key_Delete},
+                                                      {"del", Qt::Key_Delete},
+                                                      {"insert", Qt::Key_Insert},
+                                                      {"ins", Qt::Key_Insert},
+                                                      {"home", Qt::Key_Home},
+                                                      {"end", Qt::Key_End},
+                                                      {"pageup", Qt::Key_PageUp},
+                                                      {"pagedown", Qt::Key_PageDown},
+                                                      {"left", Qt::Key_Left},
+                                                      {"right", Qt::Key_Right},
+                                                      {"up", Qt::Key_Up},
+                                                      {"down", Qt::Key_Down},
+                                                      {"add", Qt::Key_Plus},
+                                                      {"plus", Qt::Key_Plus},
+                                                      {"subtract", Qt::Key_Minus},
+                                                      {"minus", Qt::Key_Minus},
+                                                      {"multiply", Qt::Key_Asterisk},
+                                                      {"divide", Qt::Key_Slash},
+                                                      {"pgup", Qt::Key_PageUp},
+                                                      {"pgdn", Qt::Key_PageDown}};
         const QString n = name.toLower();
         if (names.contains(n)) {
             *key = names.value(n);
             // Add, Subtract, Multiply and Divide are the keys of the numeric pad.
             *keypad = n == QLatin1String("add") || n == QLatin1String("subtract")
-                      || n == QLatin1String("multiply") || n == QLatin1String("divide");
+                || n == QLatin1String("multiply") || n == QLatin1String("divide");
             return true;
         }
         if (n.size() >= 2 && n[0] == u'f') {
@@ -469,8 +495,14 @@ private:
         }
         if (name.size() == 1) {
             const QChar c = name[0].toUpper();
-            if (c.isLetter() && c.unicode() < 128) { *key = Qt::Key(Qt::Key_A + c.unicode() - 'A'); return true; }
-            if (c.isDigit()) { *key = Qt::Key(Qt::Key_0 + c.unicode() - '0'); return true; }
+            if (c.isLetter() && c.unicode() < 128) {
+                *key = Qt::Key(Qt::Key_A + c.unicode() - 'A');
+                return true;
+            }
+            if (c.isDigit()) {
+                *key = Qt::Key(Qt::Key_0 + c.unicode() - '0');
+                return true;
+            }
         }
         return false;
     }
@@ -484,12 +516,14 @@ private:
         auto arg = [&](int i) { return i < t.size() ? x(t[i]) : QString(); };
         auto need = [&](int n) {
             if (t.size() < n + 1)
-                throw std::runtime_error(QStringLiteral("%1 needs %2 arguments").arg(cmd).arg(n).toStdString());
+                throw std::runtime_error(
+                    QStringLiteral("%1 needs %2 arguments").arg(cmd).arg(n).toStdString());
         };
 
         if (cmd == QLatin1String("mkdir")) {
             need(1);
-            return QDir().mkpath(arg(1)) ? Outcome::done() : Outcome::fail(QStringLiteral("cannot make ") + arg(1));
+            return QDir().mkpath(arg(1)) ? Outcome::done()
+                                         : Outcome::fail(QStringLiteral("cannot make ") + arg(1));
         }
         if (cmd == QLatin1String("remove")) {
             need(1);
@@ -499,9 +533,11 @@ private:
             if (!path.startsWith(home_ + u'/'))
                 return Outcome::fail(QStringLiteral("remove reaches only into $HOME: ") + path);
             const QFileInfo fi(path);
-            if (!fi.exists() && !fi.isSymLink()) return Outcome::fail(QStringLiteral("nothing to remove at ") + path);
+            if (!fi.exists() && !fi.isSymLink())
+                return Outcome::fail(QStringLiteral("nothing to remove at ") + path);
             // A link goes, never what it points at.
-            const bool ok = fi.isDir() && !fi.isSymLink() ? QDir(path).removeRecursively() : QFile::remove(path);
+            const bool ok =
+                fi.isDir() && !fi.isSymLink() ? QDir(path).removeRecursively() : QFile::remove(path);
             return ok ? Outcome::done() : Outcome::fail(QStringLiteral("cannot remove ") + path);
         }
         if (cmd == QLatin1String("runnerdialog")) {
@@ -541,7 +577,8 @@ private:
         if (cmd == QLatin1String("start")) {
             QStringList words;
             for (int i = 1; i < t.size(); ++i) words << arg(i);
-            if (win_ && win_->isVisible()) return Outcome::fail(QStringLiteral("the program is already started"));
+            if (win_ && win_->isVisible())
+                return Outcome::fail(QStringLiteral("the program is already started"));
             if (win_) {
                 // Started again after a stop: a new process would begin from nothing.
                 delete win_.data();
@@ -630,7 +667,8 @@ private:
                 if (tools()->isChecked(arg(1)) == want) return Outcome::done();
                 QAction *a = tools()->action(arg(1));
                 if (!a || !a->isEnabled())
-                    return Outcome::fail(QStringLiteral("%1 is grey: a click cannot make it %2").arg(arg(1), t[2]));
+                    return Outcome::fail(
+                        QStringLiteral("%1 is grey: a click cannot make it %2").arg(arg(1), t[2]));
                 // No check afterwards: a tool that opens a modal window is pressed only while
                 // the window is open, and the window has come and gone when the click returns.
                 a->trigger();
@@ -643,11 +681,15 @@ private:
             if (!b || !b->isCheckable()) return Outcome::fail(arg(1) + QStringLiteral(" cannot be checked"));
             if (b->isChecked() == want) return Outcome::done();
             if (!b->isEnabled())
-                return Outcome::fail(QStringLiteral("%1 is grey: a click cannot make it %2").arg(arg(1), t[2]));
+                return Outcome::fail(
+                    QStringLiteral("%1 is grey: a click cannot make it %2").arg(arg(1), t[2]));
             b->click();
             // A radio button is not cleared by a click on it, nor is a box the program sets back.
             if (b->isChecked() != want)
-                return Outcome::fail(QStringLiteral("a click leaves %1 %2").arg(arg(1), b->isChecked() ? QStringLiteral("checked") : QStringLiteral("unchecked")));
+                return Outcome::fail(
+                    QStringLiteral("a click leaves %1 %2")
+                        .arg(arg(1),
+                             b->isChecked() ? QStringLiteral("checked") : QStringLiteral("unchecked")));
             return Outcome::done();
         }
         if (cmd == QLatin1String("type")) {
@@ -670,7 +712,8 @@ private:
             if (!w) return Outcome::retry(err);
             Qt::Key key;
             bool keypad = false;
-            if (!keyFromName(arg(2), &key, &keypad)) return Outcome::fail(QStringLiteral("unknown key ") + arg(2));
+            if (!keyFromName(arg(2), &key, &keypad))
+                return Outcome::fail(QStringLiteral("unknown key ") + arg(2));
             Qt::KeyboardModifiers mods;
             // The key codes of the numeric pad come from the pad.
             if (keypad) mods |= Qt::KeypadModifier;
@@ -788,7 +831,8 @@ private:
             if (!w) return Outcome::fail(QStringLiteral("nothing to take a picture of"));
             QString out = arg(1);
             if (QFileInfo(out).isRelative()) out = QDir::currentPath() + u'/' + out;
-            return w->grab().save(out) ? Outcome::done() : Outcome::fail(QStringLiteral("cannot save ") + out);
+            return w->grab().save(out) ? Outcome::done()
+                                       : Outcome::fail(QStringLiteral("cannot save ") + out);
         }
         if (cmd == QLatin1String("box")) {
             need(3);
@@ -798,7 +842,8 @@ private:
             if (byPattern) need(4);
             const QString want = arg(byPattern ? 3 : 2), button = arg(byPattern ? 4 : 3);
             QMessageBox *b = activeBox();
-            if (!b) return Outcome::retry(QStringLiteral("no message box appeared (expected \"%1\")").arg(want));
+            if (!b)
+                return Outcome::retry(QStringLiteral("no message box appeared (expected \"%1\")").arg(want));
             bool textOk = b->text() == want;
             if (byPattern) {
                 const QRegularExpression re(QRegularExpression::anchoredPattern(want));
@@ -817,8 +862,11 @@ private:
                 return Outcome::fail(m);
             }
             static const QHash<QString, QMessageBox::StandardButton> buttons = {
-                {"Yes", QMessageBox::Yes}, {"No", QMessageBox::No}, {"OK", QMessageBox::Ok},
-                {"Ok", QMessageBox::Ok}, {"Cancel", QMessageBox::Cancel}};
+                {"Yes", QMessageBox::Yes},
+                {"No", QMessageBox::No},
+                {"OK", QMessageBox::Ok},
+                {"Ok", QMessageBox::Ok},
+                {"Cancel", QMessageBox::Cancel}};
             const auto which = buttons.value(button, QMessageBox::NoButton);
             QAbstractButton *btn = b->button(which);
             if (!btn) {
@@ -839,8 +887,7 @@ private:
                 // that has the focus alone) and presses the dialog's button.
                 if (auto *name = d->findChild<QLineEdit *>(QStringLiteral("fileNameEdit")))
                     name->setText(arg(1));
-                else
-                    d->selectFile(arg(1));
+                else d->selectFile(arg(1));
                 QMetaObject::invokeMethod(d, "accept", Qt::DirectConnection);
             }
             return Outcome::done();
@@ -895,16 +942,22 @@ private:
         if (what == QLatin1String("filedialog")) {
             if (t.size() < 3) return Outcome::fail(QStringLiteral("expect filedialog needs a title"));
             auto *d = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
-            if (!d) return Outcome::retry(QStringLiteral("no file dialog appeared (expected \"%1\")").arg(arg(2)));
+            if (!d)
+                return Outcome::retry(
+                    QStringLiteral("no file dialog appeared (expected \"%1\")").arg(arg(2)));
             // An unquoted * checks nothing in its place.
-            auto given = [&](int i) { return i < t.size() && !(t[i] == QLatin1String("*") && !st.quoted[i]); };
+            auto given = [&](int i) {
+                return i < t.size() && !(t[i] == QLatin1String("*") && !st.quoted[i]);
+            };
             QStringList wrong;
             auto check = [&](const QString &label, const QString &seen, const QString &want) {
-                if (seen != want) wrong << QStringLiteral("%1 \"%2\", expected \"%3\"").arg(label, seen, want);
+                if (seen != want)
+                    wrong << QStringLiteral("%1 \"%2\", expected \"%3\"").arg(label, seen, want);
             };
             if (given(2)) check(QStringLiteral("title"), d->windowTitle(), arg(2));
             if (given(3))
-                check(QStringLiteral("folder"), QDir::cleanPath(d->directory().absolutePath()), QDir::cleanPath(arg(3)));
+                check(QStringLiteral("folder"), QDir::cleanPath(d->directory().absolutePath()),
+                      QDir::cleanPath(arg(3)));
             if (given(4)) check(QStringLiteral("filter"), d->selectedNameFilter(), arg(4));
             if (given(5)) check(QStringLiteral("default extension"), d->defaultSuffix(), arg(5));
             if (wrong.isEmpty()) return Outcome::done();
@@ -913,7 +966,9 @@ private:
         if (what == QLatin1String("colordialog")) {
             if (t.size() < 3) return Outcome::fail(QStringLiteral("expect colordialog needs a title"));
             auto *d = qobject_cast<QColorDialog *>(QApplication::activeModalWidget());
-            if (!d) return Outcome::retry(QStringLiteral("no colour dialog appeared (expected \"%1\")").arg(arg(2)));
+            if (!d)
+                return Outcome::retry(
+                    QStringLiteral("no colour dialog appeared (expected \"%1\")").arg(arg(2)));
             return same(d->windowTitle(), arg(2), QStringLiteral("colour dialog title"));
         }
         if (what == QLatin1String("nobox")) {
@@ -948,7 +1003,8 @@ private:
             QWidget *w = window(target);
             const bool open = w && w->isVisible();
             if (open == (what == QLatin1String("open"))) return Outcome::done();
-            return Outcome::retry(target + (open ? QStringLiteral(" is open") : QStringLiteral(" is closed")));
+            return Outcome::retry(target
+                                  + (open ? QStringLiteral(" is open") : QStringLiteral(" is closed")));
         }
         // A tool identifier first (file paths name the tools of the View menu), then a control.
         const bool isTool = tools() && (tools()->has(target) || toolbarPosition(target) > 0);
@@ -962,23 +1018,19 @@ private:
                     v = pos > 0 ? tools()->toolbar(pos)->isEnabled() : tools()->isEnabled(target);
                 else if (what == QLatin1String("visible") || what == QLatin1String("hidden"))
                     v = pos > 0 ? tools()->toolbarVisible(pos) : tools()->isVisible(target);
-                else
-                    v = tools()->isChecked(target);
+                else v = tools()->isChecked(target);
             } else {
                 QString err;
                 QWidget *w = control(target, &err);
                 if (!w) return Outcome::retry(err);
-                if (what == QLatin1String("enabled") || what == QLatin1String("disabled"))
-                    v = w->isEnabled();
+                if (what == QLatin1String("enabled") || what == QLatin1String("disabled")) v = w->isEnabled();
                 else if (what == QLatin1String("visible") || what == QLatin1String("hidden"))
                     v = w->isWindow() ? w->isVisible() : !w->isHidden();
-                else if (auto *b = qobject_cast<QAbstractButton *>(w))
-                    v = b->isChecked();
-                else
-                    return Outcome::fail(target + QStringLiteral(" cannot be checked"));
+                else if (auto *b = qobject_cast<QAbstractButton *>(w)) v = b->isChecked();
+                else return Outcome::fail(target + QStringLiteral(" cannot be checked"));
             }
             const bool want = what == QLatin1String("enabled") || what == QLatin1String("visible")
-                              || what == QLatin1String("checked");
+                || what == QLatin1String("checked");
             if (v == want) return Outcome::done();
             return Outcome::retry(QStringLiteral("%1 is not %2").arg(target, what));
         }
@@ -993,7 +1045,7 @@ private:
                 int page = -1;
                 QTabWidget *tabs = tabOfPage(w, &page);
                 seen = what == QLatin1String("caption") ? captionOf(w)
-                       : tabs                           ? tabs->tabToolTip(page)
+                    : tabs                              ? tabs->tabToolTip(page)
                                                         : w->toolTip();
             }
             return same(seen, arg(3), target);
@@ -1006,8 +1058,9 @@ private:
             for (int i = 3; i < t.size(); ++i) want << arg(i);
             const QStringList seen = rowsOf(w);
             if (seen == want) return Outcome::done();
-            return Outcome::retry(QStringLiteral("%1 rows [%2], expected [%3]")
-                                      .arg(target, seen.join(QStringLiteral("|")), want.join(QStringLiteral("|"))));
+            return Outcome::retry(
+                QStringLiteral("%1 rows [%2], expected [%3]")
+                    .arg(target, seen.join(QStringLiteral("|")), want.join(QStringLiteral("|"))));
         }
         if (what == QLatin1String("selected")) {
             const QString want = arg(3);
@@ -1021,7 +1074,8 @@ private:
                 bool isNum = false;
                 const int n = want.toInt(&isNum);
                 if (isNum && n >= 0 && n < rows.size() && rows[n] == seen) return Outcome::done();
-                return Outcome::retry(QStringLiteral("%1 has \"%2\" selected, expected %3").arg(target, seen, want));
+                return Outcome::retry(
+                    QStringLiteral("%1 has \"%2\" selected, expected %3").arg(target, seen, want));
             }
             if (auto *lw = qobject_cast<QListWidget *>(w)) {
                 row = lw->currentItem() && lw->currentItem()->isSelected() ? lw->currentRow() : -1;
@@ -1036,20 +1090,24 @@ private:
                 seen = i.data().toString();
             }
             if (want == QLatin1String("none")) {
-                return row < 0 ? Outcome::done()
-                               : Outcome::retry(QStringLiteral("%1 has row %2 selected").arg(target).arg(row));
+                return row < 0
+                    ? Outcome::done()
+                    : Outcome::retry(QStringLiteral("%1 has row %2 selected").arg(target).arg(row));
             }
             bool isNum = false;
             const int n = want.toInt(&isNum);
             if ((isNum && n == row) || (!isNum && seen == want)) return Outcome::done();
             return Outcome::retry(QStringLiteral("%1 has row %2 (\"%3\") selected, expected %4")
-                                      .arg(target).arg(row).arg(seen, want));
+                                      .arg(target)
+                                      .arg(row)
+                                      .arg(seen, want));
         }
         if (what == QLatin1String("text")) return same(textOf(w), arg(3), target);
         if (what == QLatin1String("geometry")) {
             // In twips, 15 to the pixel, relative to the parent widget; a pixel either way
             // is within what a twip measure rounds to.
-            if (t.size() < 7) return Outcome::fail(QStringLiteral("expect geometry needs left, top, width and height"));
+            if (t.size() < 7)
+                return Outcome::fail(QStringLiteral("expect geometry needs left, top, width and height"));
             const QRect g = w->geometry();
             const int seen[4] = {g.x() * 15, g.y() * 15, g.width() * 15, g.height() * 15};
             bool off = false;
@@ -1063,11 +1121,15 @@ private:
             if (!off) return Outcome::done();
             return Outcome::retry(QStringLiteral("%1 is at %2 %3 %4 %5 twips, expected %6 %7 %8 %9")
                                       .arg(target)
-                                      .arg(seen[0]).arg(seen[1]).arg(seen[2]).arg(seen[3])
+                                      .arg(seen[0])
+                                      .arg(seen[1])
+                                      .arg(seen[2])
+                                      .arg(seen[3])
                                       .arg(arg(3), arg(4), arg(5), arg(6)));
         }
         if (what == QLatin1String("folder")) {
-            if (auto *sa = dynamic_cast<ScenarioAccess *>(w)) return same(sa->scenarioFolder(), arg(3), target);
+            if (auto *sa = dynamic_cast<ScenarioAccess *>(w))
+                return same(sa->scenarioFolder(), arg(3), target);
             return Outcome::fail(target + QStringLiteral(" shows no folder"));
         }
         return Outcome::fail(QStringLiteral("unknown expectation ") + what);
@@ -1075,8 +1137,8 @@ private:
 
     static int toolbarPosition(const QString &name)
     {
-        static const QStringList n = {"", "MenuBar", "ToolOpen", "ToolPicture", "Player",
-                                      "ToolText", "ToolInternet", "ToolInternetURL"};
+        static const QStringList n = {"",       "MenuBar",  "ToolOpen",     "ToolPicture",
+                                      "Player", "ToolText", "ToolInternet", "ToolInternetURL"};
         const int i = n.indexOf(name);
         return i >= 2 ? i : 0;
     }

@@ -33,9 +33,21 @@ bool tokenize(const QString &line, QStringList *tokens, std::vector<bool> *quote
                 }
                 if (d == u'\\' && i + 1 < n) {
                     const QChar e = line[i + 1];
-                    if (e == u'r') { tok += u'\r'; i += 2; continue; }
-                    if (e == u'n') { tok += u'\n'; i += 2; continue; }
-                    if (e == u't') { tok += u'\t'; i += 2; continue; }
+                    if (e == u'r') {
+                        tok += u'\r';
+                        i += 2;
+                        continue;
+                    }
+                    if (e == u'n') {
+                        tok += u'\n';
+                        i += 2;
+                        continue;
+                    }
+                    if (e == u't') {
+                        tok += u'\t';
+                        i += 2;
+                        continue;
+                    }
                 }
                 tok += d;
                 ++i;

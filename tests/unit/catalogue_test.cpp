@@ -114,10 +114,7 @@ TEST(Catalogue, MediaAndVideoRanges)
     EXPECT_FALSE(IsMediaFile("/a/doc.txt"));
 }
 
-TEST(Catalogue, SaveTableHas27Pairs)
-{
-    EXPECT_EQ(SaveFormatTable.split('|').size(), 54);
-}
+TEST(Catalogue, SaveTableHas27Pairs) { EXPECT_EQ(SaveFormatTable.split('|').size(), 54); }
 
 TEST(Catalogue, PatternsMatchIgnoringCase)
 {

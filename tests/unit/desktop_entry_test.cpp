@@ -62,8 +62,8 @@ TEST(DesktopEntry, ListsTheTypeOfEveryExtensionThatOpens)
         if (types.isEmpty()) continue;  // shared-mime-info knows no type for it
         bool found = false;
         for (const QString &t : types) found = found || listed.contains(t);
-        EXPECT_TRUE(found) << ext.toStdString() << ": none of "
-                           << types.join(u' ').toStdString() << " is listed";
+        EXPECT_TRUE(found) << ext.toStdString() << ": none of " << types.join(u' ').toStdString()
+                           << " is listed";
         ++offered;
     }
     // Most of the catalogue has a type; a database that knew none would prove nothing.
@@ -80,8 +80,7 @@ TEST(DesktopEntry, ListsNoTypeTheProgramDoesNotOpen)
     }
     const QStringList listed = desktopMimeTypes();
     ASSERT_FALSE(listed.isEmpty());
-    EXPECT_EQ(QSet<QString>(listed.begin(), listed.end()).size(), listed.size())
-        << "a type is listed twice";
+    EXPECT_EQ(QSet<QString>(listed.begin(), listed.end()).size(), listed.size()) << "a type is listed twice";
     for (const QString &t : listed) {
         EXPECT_TRUE(db.mimeTypeForName(t).isValid()) << t.toStdString() << " is no known type";
         EXPECT_TRUE(reached.contains(t))

@@ -38,7 +38,8 @@ struct SwsCloser {
 
 // Demuxers whose files are pictures. image2 is accepted only for QuickDraw PICT and GEM
 // IMG, since it also claims every ordinary format by extension.
-QString pictureFormatOf(const AVInputFormat *f, AVCodecID codec) {
+QString pictureFormatOf(const AVInputFormat *f, AVCodecID codec)
+{
     const QByteArray name(f->name);
     if (name == "flic") return QStringLiteral("FLIC");
     if (name == "iff") return QStringLiteral("IFF");
@@ -52,12 +53,13 @@ QString pictureFormatOf(const AVInputFormat *f, AVCodecID codec) {
     return QString();
 }
 
-QImage toArgb(const AVFrame *frame, SwsContext *&sws) {
+QImage toArgb(const AVFrame *frame, SwsContext *&sws)
+{
     const int w = frame->width, h = frame->height;
     QImage img(w, h, QImage::Format_ARGB32);
     if (img.isNull()) return img;
-    sws = sws_getCachedContext(sws, w, h, AVPixelFormat(frame->format), w, h, AV_PIX_FMT_BGRA,
-                               SWS_POINT, nullptr, nullptr, nullptr);
+    sws = sws_getCachedContext(sws, w, h, AVPixelFormat(frame->format), w, h, AV_PIX_FMT_BGRA, SWS_POINT,
+                               nullptr, nullptr, nullptr);
     if (!sws) return QImage();
     uint8_t *dst[4] = {img.bits(), nullptr, nullptr, nullptr};
     int dstStride[4] = {int(img.bytesPerLine()), 0, 0, 0};
@@ -65,24 +67,31 @@ QImage toArgb(const AVFrame *frame, SwsContext *&sws) {
     return img;
 }
 
-int bitsOfPixelFormat(int fmt) {
+int bitsOfPixelFormat(int fmt)
+{
     switch (AVPixelFormat(fmt)) {
     case AV_PIX_FMT_MONOBLACK:
-    case AV_PIX_FMT_MONOWHITE: return 1;
+    case AV_PIX_FMT_MONOWHITE:
+        return 1;
     case AV_PIX_FMT_PAL8:
-    case AV_PIX_FMT_GRAY8: return 8;
+    case AV_PIX_FMT_GRAY8:
+        return 8;
     case AV_PIX_FMT_RGB555LE:
-    case AV_PIX_FMT_RGB565LE: return 16;
+    case AV_PIX_FMT_RGB565LE:
+        return 16;
     case AV_PIX_FMT_RGB24:
-    case AV_PIX_FMT_BGR24: return 24;
-    default: return 32;
+    case AV_PIX_FMT_BGR24:
+        return 24;
+    default:
+        return 32;
     }
 }
 
 }  // namespace
 
-FrameDecodeStatus decodeWithAv(const QString &path, bool allFrames, int64_t maxBytes,
-                               DecodedFrames *out, QString *message) {
+FrameDecodeStatus decodeWithAv(const QString &path, bool allFrames, int64_t maxBytes, DecodedFrames *out,
+                               QString *message)
+{
     av_log_set_level(AV_LOG_QUIET);
     AVFormatContext *raw = nullptr;
     const QByteArray local = QFile::encodeName(path);
@@ -104,8 +113,7 @@ FrameDecodeStatus decodeWithAv(const QString &path, bool allFrames, int64_t maxB
     const AVCodec *codec = avcodec_find_decoder(st->codecpar->codec_id);
     if (!codec) return FrameDecodeStatus::NotThisFormat;
     std::unique_ptr<AVCodecContext, CodecCloser> ctx(avcodec_alloc_context3(codec));
-    if (!ctx || avcodec_parameters_to_context(ctx.get(), st->codecpar) < 0)
-        return FrameDecodeStatus::Corrupt;
+    if (!ctx || avcodec_parameters_to_context(ctx.get(), st->codecpar) < 0) return FrameDecodeStatus::Corrupt;
     ctx->thread_count = 1;
     if (avcodec_open2(ctx.get(), codec, nullptr) < 0) return FrameDecodeStatus::Corrupt;
 
@@ -176,6 +184,5 @@ FrameDecodeStatus decodeWithAv(const QString &path, bool allFrames, int64_t maxB
         return FrameDecodeStatus::Corrupt;
     return FrameDecodeStatus::Ok;
 }
-
 
 }  // namespace tw

@@ -3,23 +3,14 @@
 
 namespace {
 const tw::CodecTable kTable = {
-    tw::CodecTableVersion,
-    &tw::magick::initialise,
-    &tw::magick::read,
-    &tw::magick::readBlob,
-    &tw::magick::ping,
-    &tw::magick::write,
-    &tw::magick::canWrite,
-    &tw::magick::canRead,
-    &tw::magick::resample,
-    &tw::magick::brightnessContrast,
-    &tw::magick::areaLimit,
-    &tw::magick::sideLimit,
+    tw::CodecTableVersion,  &tw::magick::initialise,
+    &tw::magick::read,      &tw::magick::readBlob,
+    &tw::magick::ping,      &tw::magick::write,
+    &tw::magick::canWrite,  &tw::magick::canRead,
+    &tw::magick::resample,  &tw::magick::brightnessContrast,
+    &tw::magick::areaLimit, &tw::magick::sideLimit,
     &tw::decodeWithAv,
 };
 }  // namespace
 
-extern "C" __attribute__((visibility("default"))) const tw::CodecTable *tw_codec_table()
-{
-    return &kTable;
-}
+extern "C" __attribute__((visibility("default"))) const tw::CodecTable *tw_codec_table() { return &kTable; }

@@ -24,13 +24,15 @@ std::once_flag initOnce;
 struct TiffHandlers {
     TIFFErrorHandler error = nullptr, warning = nullptr;
     TIFFErrorHandlerExt errorExt = nullptr, warningExt = nullptr;
-    void install() const {
+    void install() const
+    {
         TIFFSetErrorHandler(error);
         TIFFSetWarningHandler(warning);
         TIFFSetErrorHandlerExt(errorExt);
         TIFFSetWarningHandlerExt(warningExt);
     }
-    static TiffHandlers current() {
+    static TiffHandlers current()
+    {
         TiffHandlers h;
         h.error = TIFFSetErrorHandler(nullptr);
         h.warning = TIFFSetWarningHandler(nullptr);
@@ -58,41 +60,44 @@ const char *const kPostScriptPolicy =
     "  <policy domain=\"coder\" rights=\"read|write\" pattern=\"{PS,PS2,PS3,EPS,EPSF,EPSI,EPT,PDF}\"/>"
     "</policymap>";
 
-std::string localPath(const QString &path) {
+std::string localPath(const QString &path)
+{
     return QFile::encodeName(QFileInfo(path).absoluteFilePath()).toStdString();
 }
 
-Status statusOf(const Magick::Exception &e) {
+Status statusOf(const Magick::Exception &e)
+{
     const QString what = QString::fromLocal8Bit(e.what());
-    if (dynamic_cast<const Magick::ErrorResourceLimit *>(&e) ||
-        dynamic_cast<const Magick::WarningResourceLimit *>(&e) ||
-        what.contains(QLatin1String("width or height exceeds limit")) ||
-        what.contains(QLatin1String("cache resources exhausted")) ||
-        what.contains(QLatin1String("MemoryAllocationFailed")))
+    if (dynamic_cast<const Magick::ErrorResourceLimit *>(&e)
+        || dynamic_cast<const Magick::WarningResourceLimit *>(&e)
+        || what.contains(QLatin1String("width or height exceeds limit"))
+        || what.contains(QLatin1String("cache resources exhausted"))
+        || what.contains(QLatin1String("MemoryAllocationFailed")))
         return Status::TooLarge;
-    if (dynamic_cast<const Magick::ErrorMissingDelegate *>(&e) ||
-        what.contains(QLatin1String("no decode delegate")) ||
-        what.contains(QLatin1String("NoDecodeDelegateForThisImageFormat")))
+    if (dynamic_cast<const Magick::ErrorMissingDelegate *>(&e)
+        || what.contains(QLatin1String("no decode delegate"))
+        || what.contains(QLatin1String("NoDecodeDelegateForThisImageFormat")))
         return Status::NotAPicture;
-    if (dynamic_cast<const Magick::ErrorBlob *>(&e) &&
-        what.contains(QLatin1String("unable to open")))
+    if (dynamic_cast<const Magick::ErrorBlob *>(&e) && what.contains(QLatin1String("unable to open")))
         return Status::NoSuchFile;
-    if (dynamic_cast<const Magick::ErrorCorruptImage *>(&e) ||
-        dynamic_cast<const Magick::WarningCorruptImage *>(&e))
+    if (dynamic_cast<const Magick::ErrorCorruptImage *>(&e)
+        || dynamic_cast<const Magick::WarningCorruptImage *>(&e))
         return Status::Corrupt;
     return Status::NotAPicture;
 }
 
 // A page past the last one comes back as an empty scene or a "scene" complaint.
-Status readStatusOf(const Magick::Exception &e, int page, bool allPages) {
+Status readStatusOf(const Magick::Exception &e, int page, bool allPages)
+{
     const Status s = statusOf(e);
-    if (!allPages && page > 1 && (s == Status::NotAPicture || s == Status::TooLarge) &&
-        QString::fromLocal8Bit(e.what()).contains(QLatin1String("scene")))
+    if (!allPages && page > 1 && (s == Status::NotAPicture || s == Status::TooLarge)
+        && QString::fromLocal8Bit(e.what()).contains(QLatin1String("scene")))
         return Status::BadPage;
     return s;
 }
 
-int bitsOf(const Magick::Image &img) {
+int bitsOf(const Magick::Image &img)
+{
     if (img.classType() == MagickCore::PseudoClass) {
         const size_t n = img.colorMapSize();
         if (n <= 2) return 1;
@@ -114,7 +119,8 @@ int bitsOf(const Magick::Image &img) {
     }
 }
 
-Facts factsOf(const Magick::Image &img) {
+Facts factsOf(const Magick::Image &img)
+{
     Facts f;
     f.coder = QString::fromStdString(img.magick());
     f.width = int(img.columns());
@@ -130,10 +136,10 @@ Facts factsOf(const Magick::Image &img) {
     return f;
 }
 
-QImage toQImage(Magick::Image &img) {
-    if (img.colorSpace() == MagickCore::CMYKColorspace ||
-        img.colorSpace() == MagickCore::YCbCrColorspace ||
-        img.colorSpace() == MagickCore::YCCColorspace)
+QImage toQImage(Magick::Image &img)
+{
+    if (img.colorSpace() == MagickCore::CMYKColorspace || img.colorSpace() == MagickCore::YCbCrColorspace
+        || img.colorSpace() == MagickCore::YCCColorspace)
         img.colorSpace(MagickCore::sRGBColorspace);
     const int w = int(img.columns()), h = int(img.rows());
     if (w <= 0 || h <= 0) throw Magick::ErrorOption("no such scene in the file");
@@ -143,17 +149,18 @@ QImage toQImage(Magick::Image &img) {
     return q;
 }
 
-Magick::Image fromQImage(const QImage &src) {
+Magick::Image fromQImage(const QImage &src)
+{
     const QImage q = src.convertToFormat(QImage::Format_ARGB32);
-    Magick::Image img(size_t(q.width()), size_t(q.height()), "BGRA", Magick::CharPixel,
-                      q.constBits());
+    Magick::Image img(size_t(q.width()), size_t(q.height()), "BGRA", Magick::CharPixel, q.constBits());
     img.matte(q.hasAlphaChannel() && src.hasAlphaChannel());
     return img;
 }
 
 // Hands decoded frames over, tolerating warnings but not damage: a coder that stopped
 // part way leaves a picture that is not the file's, and that is a failure.
-Status collect(std::list<Magick::Image> &images, Decoded *out) {
+Status collect(std::list<Magick::Image> &images, Decoded *out)
+{
     out->frames.clear();
     out->delaysMs.clear();
     for (auto &img : images) {
@@ -166,7 +173,8 @@ Status collect(std::list<Magick::Image> &images, Decoded *out) {
 
 }  // namespace
 
-void initialise() {
+void initialise()
+{
     std::call_once(initOnce, [] {
         g_libtiffDefaults = TiffHandlers::current();
         Magick::InitializeMagick(nullptr);
@@ -181,7 +189,8 @@ void initialise() {
 }
 
 Status read(const QString &path, int page, bool allPages, Decoded *out, QString *message,
-            const QString &coderHint) {
+            const QString &coderHint)
+{
     initialise();
     MagickTiffScope tiffScope;
     if (!QFileInfo(path).isFile()) return Status::NoSuchFile;
@@ -225,8 +234,8 @@ Status read(const QString &path, int page, bool allPages, Decoded *out, QString 
     }
 }
 
-Status readBlob(const QByteArray &data, const QString &coderHint, Decoded *out,
-                QString *message) {
+Status readBlob(const QByteArray &data, const QString &coderHint, Decoded *out, QString *message)
+{
     initialise();
     MagickTiffScope tiffScope;
     try {
@@ -246,7 +255,8 @@ Status readBlob(const QByteArray &data, const QString &coderHint, Decoded *out,
     }
 }
 
-Status ping(const QString &path, int page, Facts *out, QString *message) {
+Status ping(const QString &path, int page, Facts *out, QString *message)
+{
     initialise();
     MagickTiffScope tiffScope;
     if (!QFileInfo(path).isFile()) return Status::NoSuchFile;
@@ -258,8 +268,8 @@ Status ping(const QString &path, int page, Facts *out, QString *message) {
         // Counting pages needs a pass over the file; only the multi-page coders have them.
         out->pages = 1;
         const QString c = out->coder;
-        if (c == QLatin1String("TIFF") || c == QLatin1String("DCX") || c == QLatin1String("PSD") ||
-            c == QLatin1String("ICO") || c == QLatin1String("GIF")) {
+        if (c == QLatin1String("TIFF") || c == QLatin1String("DCX") || c == QLatin1String("PSD")
+            || c == QLatin1String("ICO") || c == QLatin1String("GIF")) {
             MagickCore::ImageInfo *info = MagickCore::CloneImageInfo(nullptr);
             const std::string local = localPath(path);
             std::strncpy(info->filename, local.c_str(), MaxTextExtent - 1);
@@ -279,7 +289,8 @@ Status ping(const QString &path, int page, Facts *out, QString *message) {
     }
 }
 
-bool canWrite(const QString &coder) {
+bool canWrite(const QString &coder)
+{
     initialise();
     MagickTiffScope tiffScope;
     try {
@@ -290,7 +301,8 @@ bool canWrite(const QString &coder) {
     }
 }
 
-bool canRead(const QString &coder) {
+bool canRead(const QString &coder)
+{
     initialise();
     MagickTiffScope tiffScope;
     try {
@@ -301,8 +313,9 @@ bool canRead(const QString &coder) {
     }
 }
 
-Status write(const QList<QImage> &frames, const QString &path, const QString &coder,
-             int bitsPerPixel, int quality, QString *message) {
+Status write(const QList<QImage> &frames, const QString &path, const QString &coder, int bitsPerPixel,
+             int quality, QString *message)
+{
     initialise();
     MagickTiffScope tiffScope;
     if (frames.isEmpty()) return Status::WriteFailed;
@@ -317,12 +330,28 @@ Status write(const QList<QImage> &frames, const QString &path, const QString &co
             img.magick(coder.toStdString());
             if (quality > 0) img.quality(size_t(quality));
             switch (bitsPerPixel) {
-            case 1: img.type(MagickCore::BilevelType); break;
-            case 4: img.quantizeColors(16); img.quantize(); img.type(MagickCore::PaletteType); break;
-            case 8: img.quantizeColors(256); img.quantize(); img.type(MagickCore::PaletteType); break;
-            case 24: img.matte(false); img.type(MagickCore::TrueColorType); break;
-            case 32: img.type(MagickCore::TrueColorMatteType); break;
-            default: break;
+            case 1:
+                img.type(MagickCore::BilevelType);
+                break;
+            case 4:
+                img.quantizeColors(16);
+                img.quantize();
+                img.type(MagickCore::PaletteType);
+                break;
+            case 8:
+                img.quantizeColors(256);
+                img.quantize();
+                img.type(MagickCore::PaletteType);
+                break;
+            case 24:
+                img.matte(false);
+                img.type(MagickCore::TrueColorType);
+                break;
+            case 32:
+                img.type(MagickCore::TrueColorMatteType);
+                break;
+            default:
+                break;
             }
             images.push_back(img);
         }
@@ -337,7 +366,8 @@ Status write(const QList<QImage> &frames, const QString &path, const QString &co
     return QFileInfo(path).size() > 0 ? Status::Ok : Status::WriteFailed;
 }
 
-QImage resample(const QImage &src, int width, int height) {
+QImage resample(const QImage &src, int width, int height)
+{
     initialise();
     MagickTiffScope tiffScope;
     try {
@@ -352,7 +382,8 @@ QImage resample(const QImage &src, int width, int height) {
     }
 }
 
-QImage brightnessContrast(const QImage &src, double brightness, double contrast) {
+QImage brightnessContrast(const QImage &src, double brightness, double contrast)
+{
     initialise();
     MagickTiffScope tiffScope;
     try {
@@ -366,13 +397,15 @@ QImage brightnessContrast(const QImage &src, double brightness, double contrast)
     }
 }
 
-int64_t areaLimit() {
+int64_t areaLimit()
+{
     initialise();
     MagickTiffScope tiffScope;
     return int64_t(MagickCore::GetMagickResourceLimit(MagickCore::AreaResource));
 }
 
-int64_t sideLimit() {
+int64_t sideLimit()
+{
     initialise();
     MagickTiffScope tiffScope;
     const auto w = MagickCore::GetMagickResourceLimit(MagickCore::WidthResource);

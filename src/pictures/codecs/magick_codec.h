@@ -16,27 +16,27 @@ void initialise();
 
 // What ImageMagick says about a file without decoding its pixels.
 struct Facts {
-    QString coder;         // ImageMagick's coder name ("PCX", "SUN", ...)
+    QString coder;  // ImageMagick's coder name ("PCX", "SUN", ...)
     int width = 0, height = 0;
     int bitsPerPixel = 0;  // as stored
-    int64_t colors = 0;    // distinct colours the file can hold (2^bits, or the palette)
+    int64_t colors = 0;  // distinct colours the file can hold (2^bits, or the palette)
     double xResolution = 0, yResolution = 0;
     int pages = 0;
 };
 
 struct Decoded {
-    QList<QImage> frames;   // Format_ARGB32, one per page or frame
-    QList<int> delaysMs;    // per frame; 0 when the file gives none
+    QList<QImage> frames;  // Format_ARGB32, one per page or frame
+    QList<int> delaysMs;  // per frame; 0 when the file gives none
     Facts facts;
 };
 
 enum class Status {
     Ok,
     NoSuchFile,
-    NotAPicture,     // no coder takes it, or the coder refuses the contents
-    Corrupt,         // the coder started but the data are damaged or cut short
-    TooLarge,        // a resource limit (area, width, height, memory) stopped it
-    NoCoder,         // the format exists but has no reader or writer here
+    NotAPicture,  // no coder takes it, or the coder refuses the contents
+    Corrupt,  // the coder started but the data are damaged or cut short
+    TooLarge,  // a resource limit (area, width, height, memory) stopped it
+    NoCoder,  // the format exists but has no reader or writer here
     BadPage,
     WriteFailed,
 };
@@ -46,15 +46,14 @@ enum class Status {
 Status read(const QString &path, int page, bool allPages, Decoded *out, QString *message,
             const QString &coderHint = QString());
 // Decodes an in-memory file (an icon frame of an animated cursor, a fetched body).
-Status readBlob(const QByteArray &data, const QString &coderHint, Decoded *out,
-                QString *message);
+Status readBlob(const QByteArray &data, const QString &coderHint, Decoded *out, QString *message);
 // Header facts of one page without decoding the pixels.
 Status ping(const QString &path, int page, Facts *out, QString *message);
 
 // Writes `frames` (one page each) with the coder named (upper case, "JPEG", "TIFF"...).
 // bitsPerPixel 0 keeps what ImageMagick chooses; quality 0 keeps its default.
-Status write(const QList<QImage> &frames, const QString &path, const QString &coder,
-             int bitsPerPixel, int quality, QString *message);
+Status write(const QList<QImage> &frames, const QString &path, const QString &coder, int bitsPerPixel,
+             int quality, QString *message);
 // True when ImageMagick here can write that coder.
 bool canWrite(const QString &coder);
 bool canRead(const QString &coder);
