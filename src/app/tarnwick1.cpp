@@ -162,6 +162,7 @@ Tarnwick1::~Tarnwick1()
     // The pages go before the controls they hold.
     for (auto &p : pages_)
         if (p) p.reset();
+    commandSets_.clear();
 }
 
 // ---------------------------------------------------------------- controls
@@ -236,6 +237,7 @@ void Tarnwick1::makePages()
         pages_[size_t(i)]->setPanel(TabPanel[i]);
         pages_[size_t(i)]->addLoaders(Loaders);
     }
+    for (const CommandSetFactory &make : commandSetFactories()) commandSets_.push_back(make(*this));
     greyUnhandledTools();
 }
 
@@ -304,6 +306,7 @@ QStringList Tarnwick1::unknownHandledTools() const
     QStringList handled = windowTools();
     for (const auto &p : pages_)
         if (p) handled += p->handledTools();
+    for (const auto &c : commandSets_) handled += c->handledTools();
     for (const QString &id : handled)
         if (!ToolBarComp1->has(id)) unknown << id;
     return unknown;
@@ -316,6 +319,7 @@ void Tarnwick1::greyUnhandledTools()
     QStringList handled = windowTools();
     for (const auto &p : pages_)
         if (p) handled += p->handledTools();
+    for (const auto &c : commandSets_) handled += c->handledTools();
     for (const ToolDef &d : toolTable()) {
         if (d.kind == ToolKind::Menu || d.kind == ToolKind::Label) continue;
         if (!handled.contains(d.id)) ToolBarComp1->markUnbuilt({d.id});
@@ -402,6 +406,7 @@ void Tarnwick1::startUp(const QString &raw)
     // 11, 14, 15: the pages' own steps (the splitter of the Find tab, the play-list folders).
     for (auto &p : pages_)
         if (p) p->startUp();
+    for (auto &c : commandSets_) c->startUp();
 
     // 16. Reset, file commands off, colours on.
     ResetSession();
@@ -467,9 +472,9 @@ void Tarnwick1::activated()
 {
     ++Activations;
     if (State.StartingUp && !firstActivationDone_) FirstActivation();
-    if (G.QuickTipsOpen && G.Options.ShowQuickTips) {
-        // The quick tips window arrives with its own feature.
-    }
+    // Every activation: the command sets' own steps (the quick tips window, when it is in
+    // the build, opens here while QuickTipsOpen and ShowQuickTips are both on).
+    for (auto &c : commandSets_) c->activated();
 }
 
 void Tarnwick1::FirstActivation()
@@ -791,6 +796,7 @@ void Tarnwick1::OnToolClick(const QString &id)
     if (TabPage *shown = page(selectedTab())) handled = shown->toolClick(id);
     for (int i = 1; i <= TabCount && !handled; ++i)
         if (i != selectedTab()) handled = pages_[size_t(i)]->toolClick(id);
+    for (size_t i = 0; i < commandSets_.size() && !handled; ++i) handled = commandSets_[i]->toolClick(id);
     if (handled) {
         // answered by a page
     } else if (id == tool::mnuExit) {
@@ -973,6 +979,7 @@ void Tarnwick1::shutDown()
     // 4. The folder of the list, and what else each page keeps.
     for (auto &p : pages_)
         if (p) p->shutDown();
+    for (auto &c : commandSets_) c->shutDown();
     // 5. Options.INI.
     const StoreResult r = SaveOptions(G.Options, G.ProgramDir);
     if (!r.ok) inform(r.message, AppTitle, this);
@@ -1026,6 +1033,8 @@ bool Tarnwick1::windowVariableText(const QString &name, QString *out) const
         // A variable of one of the pages.
         for (const auto &p : pages_)
             if (p && p->variableText(name, out)) return true;
+        for (const auto &c : commandSets_)
+            if (c->variableText(name, out)) return true;
         return false;
     }
     return true;

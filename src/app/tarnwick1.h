@@ -14,6 +14,7 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <vector>
 
 class QComboBox;
 class QListWidget;
@@ -153,6 +154,7 @@ public:
 
 private:
     std::array<std::unique_ptr<TabPage>, TabCount + 1> pages_;
+    std::vector<std::unique_ptr<CommandSet>> commandSets_;
     bool shutDownDone_ = false;
     bool firstActivationDone_ = false;
     bool hourglassUp_ = false;

@@ -62,6 +62,23 @@ PageRegistration::PageRegistration(int index, PageFactory make)
     if (validIndex(index)) factories()[size_t(index)] = std::move(make);
 }
 
+CommandSet::~CommandSet() = default;
+
+namespace {
+std::vector<CommandSetFactory> &commandSets()
+{
+    static std::vector<CommandSetFactory> f;
+    return f;
+}
+}  // namespace
+
+CommandSetRegistration::CommandSetRegistration(CommandSetFactory make)
+{
+    commandSets().push_back(std::move(make));
+}
+
+const std::vector<CommandSetFactory> &commandSetFactories() { return commandSets(); }
+
 PageFactory pageFactory(int index) { return validIndex(index) ? factories()[size_t(index)] : PageFactory(); }
 
 }  // namespace tw

@@ -170,6 +170,41 @@ private:
     bool built_ = false;
 };
 
+// The commands of a subsystem that has no tab of its own (the small dialogs, the favorite
+// lists): the window asks it after the pages, and greys the tools that nobody answers.
+class CommandSet {
+public:
+    explicit CommandSet(PageHost &host) : host_(host) {}
+    virtual ~CommandSet();
+    CommandSet(const CommandSet &) = delete;
+    CommandSet &operator=(const CommandSet &) = delete;
+
+    virtual QStringList handledTools() const = 0;
+    virtual bool toolClick(const QString &id) = 0;
+    // During the window's load, after the settings are read.
+    virtual void startUp() {}
+    // Every activation of the main window, the first one included, after its own steps.
+    virtual void activated() {}
+    // Shutdown: what is open goes before the settings are written.
+    virtual void shutDown() {}
+    virtual bool variableText(const QString &name, QString *out) const
+    {
+        (void)name;
+        (void)out;
+        return false;
+    }
+
+protected:
+    PageHost &host_;
+};
+
+using CommandSetFactory = std::function<std::unique_ptr<CommandSet>(PageHost &)>;
+struct CommandSetRegistration {
+    explicit CommandSetRegistration(CommandSetFactory make);
+};
+// Every command set registered, in the order the program linked them.
+const std::vector<CommandSetFactory> &commandSetFactories();
+
 // The registry of pages. Each subsystem's library registers its page by tab index.
 using PageFactory = std::function<std::unique_ptr<TabPage>(PageHost &)>;
 struct PageRegistration {
@@ -191,5 +226,14 @@ void linkPages();
     static const ::tw::PageRegistration TW_PAGE_CAT(twPageRegistration_, __LINE__)(                          \
         index,                                                                                               \
         [](::tw::PageHost &host) -> std::unique_ptr<::tw::TabPage> { return std::make_unique<Type>(host); })
+
+// One line in a subsystem's file puts its command set in the window; the folder's
+// CMakeLists.txt names it with tw_add_page(Type) as for a page.
+#define TW_REGISTER_COMMANDS(Type)                                                                           \
+    extern "C" void twLinkPage_##Type() {}                                                                   \
+    static const ::tw::CommandSetRegistration TW_PAGE_CAT(twCommandRegistration_, __LINE__)(                 \
+        [](::tw::PageHost &host) -> std::unique_ptr<::tw::CommandSet> {                                      \
+            return std::make_unique<Type>(host);                                                             \
+        })
 
 }  // namespace tw
