@@ -894,6 +894,7 @@ void Tarnwick1::showHelp(bool search)
 
 void Tarnwick1::showHelpTopic(const QString &topic)
 {
+    ++helpTopicsShown_;
     if (!help_) help_ = new HelpViewer(G.ProgramDir + QStringLiteral("/Help"), this);
     help_->showTopic(topic);
 }
@@ -995,6 +996,7 @@ bool Tarnwick1::windowVariableText(const QString &name, QString *out) const
     } else if (name == QLatin1String("LocalComputerName")) *out = G.Options.LocalComputerName;
     else if (name == QLatin1String("HelpPage")) *out = help_ ? help_->currentPage() : QString();
     else if (name == QLatin1String("HelpTitle")) *out = help_ ? help_->currentTitle() : QString();
+    else if (name == QLatin1String("HelpTopicsShown")) *out = QString::number(helpTopicsShown_);
     else if (name == QLatin1String("MenuOrder")) {
         QStringList ids;
         for (QAction *a : menuBar()->actions()) ids << a->objectName();
