@@ -8,6 +8,10 @@
 #include "core/toggle_drag.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QCursor>
+#include <QDialog>
+#include <QWindow>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
@@ -190,6 +194,58 @@ private slots:
         QVERIFY(tools->OptApplyBtn->isVisible());
         QVERIFY(tools->Text3[27]->isVisible());
         QVERIFY(!tools->Label2[7]->text().isEmpty());
+    }
+
+    // The busy pointer is the main window's alone: a dialog that a command opens keeps the
+    // normal pointer, nothing overrides the pointer of the whole program, and the window's
+    // own pointer is back when the command returns.
+    void busyPointerStaysOnTheMainWindow_data()
+    {
+        QTest::addColumn<QString>("tool");
+        QTest::addColumn<QString>("dialog");
+        QTest::newRow("computer name") << QStringLiteral("ID_mnuUtilitiesSetComputer") << QStringLiteral("ComputerName1");
+        QTest::newRow("find") << QStringLiteral("ID_Find") << QStringLiteral("FindFle1");
+    }
+    void busyPointerStaysOnTheMainWindow()
+    {
+        QFETCH(QString, tool);
+        QFETCH(QString, dialog);
+        QCOMPARE(w->cursor().shape(), Qt::ArrowCursor);
+        struct Seen {
+            bool open = false;
+            QString name;
+            Qt::CursorShape dialogShape = Qt::BlankCursor, dialogWindowShape = Qt::BlankCursor;
+            Qt::CursorShape mainShape = Qt::BlankCursor;
+            bool overridden = true;
+        } seen;
+        QTimer probe;
+        probe.setInterval(10);
+        connect(&probe, &QTimer::timeout, this, [&] {
+            QWidget *modal = QApplication::activeModalWidget();
+            if (!modal || seen.open) return;
+            seen.open = true;
+            seen.name = modal->objectName();
+            seen.dialogShape = modal->cursor().shape();
+            seen.dialogWindowShape = modal->windowHandle() ? modal->windowHandle()->cursor().shape() : Qt::BlankCursor;
+            seen.mainShape = w->cursor().shape();
+            seen.overridden = QGuiApplication::overrideCursor() != nullptr;
+            static_cast<QDialog *>(modal)->reject();
+        });
+        probe.start();
+        G.SuppressToolCommand = false;
+        w->OnToolClick(tool);
+        probe.stop();
+        QVERIFY2(seen.open, "no dialog opened");
+        QCOMPARE(seen.name, dialog);
+        // While the command runs the main window is busy, its dialog is not.
+        QCOMPARE(seen.mainShape, Qt::WaitCursor);
+        QCOMPARE(seen.dialogShape, Qt::ArrowCursor);
+        QCOMPARE(seen.dialogWindowShape, Qt::ArrowCursor);
+        QVERIFY(!seen.overridden);
+        // Back to normal afterwards.
+        QCOMPARE(w->cursor().shape(), Qt::ArrowCursor);
+        QCOMPARE(w->windowHandle()->cursor().shape(), Qt::ArrowCursor);
+        QVERIFY(QGuiApplication::overrideCursor() == nullptr);
     }
 
     void thumbnailSizesShowInCentimetres()
