@@ -907,7 +907,8 @@ void Tarnwick1::ApplyColors()
     // Menus and toolbars, in the menu style and font type of the options.
     applyMenuLook(menuBar(), c.MenuBack, c.MenuText, G.Options);
     for (int p = 2; p <= 7; ++p) applyMenuLook(ToolBarComp1->toolbar(p), c.MenuBack, c.MenuText, G.Options);
-    for (QMenu *m : menuBar()->findChildren<QMenu *>()) applyMenuLook(m, c.MenuBack, c.MenuText, G.Options);
+    // The menus belong to the window (the menu bar only shows them), drop-down lists too.
+    for (QMenu *m : findChildren<QMenu *>()) applyMenuLook(m, c.MenuBack, c.MenuText, G.Options);
     // Tabs
     paintWidget(TabStrip1->tabBar(), c.TabBack, c.TabText);
     // Service panels

@@ -3,6 +3,8 @@
 #include "app/tarnwick1.h"
 #include "app/tools_tab.h"
 #include "core/tool_manager.h"
+#include "core/colors.h"
+#include "core/looks.h"
 #include "core/options_store.h"
 #include "core/tool_table.h"
 #include "core/toggle_drag.h"
@@ -14,7 +16,12 @@
 #include <QWindow>
 #include <QDir>
 #include <QFile>
+#include <QComboBox>
 #include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QToolBar>
+#include <QToolButton>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
@@ -246,6 +253,97 @@ private slots:
         QCOMPARE(w->cursor().shape(), Qt::ArrowCursor);
         QCOMPARE(w->windowHandle()->cursor().shape(), Qt::ArrowCursor);
         QVERIFY(QGuiApplication::overrideCursor() == nullptr);
+    }
+
+    // The menu style, the menu font type and the label style, chosen on the Tools tab and
+    // applied: each changes what the bars, the menus and the labels look like, and choosing
+    // the earlier value again gives the earlier picture back.
+    void menuAndLabelLooksFollowTheToolsTab()
+    {
+        w->Timer1->stop();  // the clock on the toolbar stays as it is
+        w->selectTab(8);
+        tw::ToolsTab *tools = w->findChild<tw::ToolsTab *>();
+        QVERIFY(tools);
+        QToolBar *bar = w->ToolBarComp1->toolbar(2);
+        QMenu *fileMenu = w->ToolBarComp1->menu(QStringLiteral("ID_mnuFile"));
+        QVERIFY(bar && fileMenu);
+        QLabel *title = nullptr;
+        for (QLabel *l : tools->findChildren<QLabel *>())
+            if (l->text() == QLatin1String("Window Color Settings")) title = l;
+        QVERIFY(title);
+        struct Look {
+            QImage menuBar, toolBar, menu, label;
+        };
+        auto apply = [&](int menuStyle, int menuFont, int labelStyle) {
+            w->selectTab(8);
+            tools->CMBMENU->setCurrentIndex(menuStyle);
+            tools->CMBMENUTYPE->setCurrentIndex(menuFont);
+            tools->CMBFONTTYPE->setCurrentIndex(labelStyle);
+            tools->OptApplyBtn->click();
+            const Look look{QImage(), QImage(), fileMenu->grab().toImage(), title->grab().toImage()};
+            w->selectTab(1);
+            QCoreApplication::processEvents();
+            Look l = look;
+            l.menuBar = w->menuBar()->grab().toImage();
+            l.toolBar = bar->grab().toImage();
+            return l;
+        };
+        auto buttonsRaised = [&] {
+            int raised = 0, flat = 0;
+            for (QToolButton *b : bar->findChildren<QToolButton *>()) (b->autoRaise() ? flat : raised)++;
+            return raised > 0 && flat == 0 ? 1 : flat > 0 && raised == 0 ? 0 : -1;
+        };
+
+        // The three menu styles: raised buttons for "Windows 95/98" only, three bars apart.
+        const Look s0 = apply(0, 0, 0);
+        QCOMPARE(G.Options.MenuStyle, 0);
+        QCOMPARE(buttonsRaised(), 1);
+        const Look s1 = apply(1, 0, 0);
+        QCOMPARE(buttonsRaised(), 0);
+        const Look s2 = apply(2, 0, 0);
+        QCOMPARE(buttonsRaised(), 0);
+        QVERIFY(s0.toolBar != s1.toolBar && s1.toolBar != s2.toolBar && s0.toolBar != s2.toolBar);
+        QVERIFY(s0.menuBar != s1.menuBar && s1.menuBar != s2.menuBar && s0.menuBar != s2.menuBar);
+        // Each bar stays in the menu colour: the empty end of the toolbar, half way down, is
+        // near it in every style (the shaded bar too).
+        const int menuLightness = toQColor(G.Colors.MenuBack, w->palette()).lightness();
+        for (const Look *l : {&s0, &s1, &s2}) {
+            const QColor end = l->toolBar.pixelColor(l->toolBar.width() - 4, l->toolBar.height() / 2);
+            QVERIFY2(qAbs(end.lightness() - menuLightness) < 40, qPrintable(end.name()));
+        }
+        QCOMPARE(apply(0, 0, 0).toolBar, s0.toolBar);
+        QCOMPARE(apply(1, 0, 0).menuBar, s1.menuBar);
+
+        // The menu font types change the text of the bars and of the menus; labels stay.
+        const Look plain = apply(2, 0, 0);
+        const Look heavyRaised = apply(2, 2, 0);
+        const Look lightInset = apply(2, 3, 0);
+        QCOMPARE(G.Options.MenuFontType, 3);
+        for (const Look *l : {&heavyRaised, &lightInset}) {
+            QVERIFY(l->menuBar != plain.menuBar);
+            QVERIFY(l->toolBar != plain.toolBar);
+            QVERIFY(l->menu != plain.menu);
+            QCOMPARE(l->label, plain.label);
+        }
+        QVERIFY(heavyRaised.menuBar != lightInset.menuBar);
+        QVERIFY(heavyRaised.menu != lightInset.menu);
+        QCOMPARE(apply(2, 0, 0).menu, plain.menu);
+
+        // The label style changes the labels, here one of the Tools tab, and not the bars.
+        const Look raisedLabels = apply(2, 0, 2);
+        QCOMPARE(tw::textEffect(title), 2);
+        QVERIFY(raisedLabels.label != plain.label);
+        QCOMPARE(raisedLabels.menuBar, plain.menuBar);
+        const Look insetLabels = apply(2, 0, 3);
+        QCOMPARE(tw::textEffect(title), 3);
+        QVERIFY(insetLabels.label != plain.label && insetLabels.label != raisedLabels.label);
+        // A label of a page made later takes the style too.
+        w->selectTab(2);
+        QLabel *pictureLabel = w->findChild<QLabel *>(QStringLiteral("Label5"));
+        QVERIFY(pictureLabel);
+        QCOMPARE(tw::textEffect(pictureLabel), 3);
+        QCOMPARE(apply(2, 0, 0).label, plain.label);
+        QCOMPARE(tw::textEffect(title), 0);
     }
 
     void thumbnailSizesShowInCentimetres()
