@@ -69,6 +69,7 @@ Tarnwick1::Tarnwick1(const QString &rawCommandLine, QWidget *parent) : QMainWind
     setWindowTitle(AppTitle);
     setPromptParent(this);
     setHourglassWindow(this);
+    useIconThemeWithFileIcons();
     buildControls();
     linkPages();
     makePages();

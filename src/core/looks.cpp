@@ -7,6 +7,8 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
+#include <QFileInfo>
 #include <QLabel>
 #include <QIcon>
 #include <QLinearGradient>
@@ -18,6 +20,7 @@
 #include <QStyleOption>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStandardPaths>
 #include <QToolBar>
 #include <QToolButton>
 #include <array>
@@ -259,6 +262,35 @@ void paintControls(QWidget *root)
         }
         if (qobject_cast<QLabel *>(w)) setTextEffect(w, labelEffect);
     }
+}
+
+QString useIconThemeWithFileIcons()
+{
+    static const QString fallback = QStringLiteral("Adwaita");
+    // A platform without a desktop theme (offscreen, a bare X session) looks for themes only
+    // in the program's resources: the usual folders of icon themes go behind them.
+    QStringList paths = QIcon::themeSearchPaths();
+    QStringList wanted{QDir::homePath() + QStringLiteral("/.icons")};
+    for (const QString &d : QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation))
+        wanted << d + QStringLiteral("/icons");
+    bool more = false;
+    for (const QString &d : wanted) {
+        if (paths.contains(d) || !QFileInfo(d).isDir()) continue;
+        paths << d;
+        more = true;
+    }
+    if (more) QIcon::setThemeSearchPaths(paths);
+    auto fileIconsThere = [] {
+        return QIcon::hasThemeIcon(QStringLiteral("text-x-generic")) && QIcon::hasThemeIcon(QStringLiteral("folder"));
+    };
+    if (QIcon::themeName().isEmpty()) {
+        QIcon::setThemeName(fallback);
+    } else if (!fileIconsThere()) {
+        // Keep the desktop's own icons where it has them; the missing ones come from Adwaita.
+        if (QIcon::fallbackThemeName().isEmpty() || QIcon::fallbackThemeName() == QLatin1String("hicolor"))
+            QIcon::setFallbackThemeName(fallback);
+    }
+    return QIcon::themeName();
 }
 
 void applyMenuLook(QWidget *bar, uint32_t back, uint32_t text, const OptionSettings &o)

@@ -9,6 +9,7 @@
 #include "core/tool_table.h"
 #include "core/toggle_drag.h"
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
 #include <QCursor>
@@ -17,6 +18,7 @@
 #include <QDir>
 #include <QFile>
 #include <QComboBox>
+#include <QIcon>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
@@ -344,6 +346,41 @@ private slots:
         QCOMPARE(tw::textEffect(pictureLabel), 3);
         QCOMPARE(apply(2, 0, 0).label, plain.label);
         QCOMPARE(tw::textEffect(title), 0);
+    }
+
+    // The file list and the folder tree show file-type icons even where no icon theme is
+    // named (as under the offscreen platform, or a bare X session).
+    void fileListAndTreeShowIcons()
+    {
+        QVERIFY(!QIcon::themeName().isEmpty());
+        const QString dir = QDir::homePath() + QStringLiteral("/icons");
+        QDir().mkpath(dir + QStringLiteral("/sub"));
+        {
+            QFile f(dir + QStringLiteral("/notes.txt"));
+            QVERIFY(f.open(QIODevice::WriteOnly));
+            f.write("x");
+        }
+        QVERIFY(w->explorer());
+        w->explorer()->setListFolder(dir);
+        QWidget *list = w->findChild<QWidget *>(QStringLiteral("PTxShList1"));
+        QVERIFY(list);
+        QAbstractItemView *view = list->findChild<QAbstractItemView *>();
+        QVERIFY(view && view->model());
+        QAbstractItemModel *m = view->model();
+        QTRY_COMPARE(m->rowCount(), 2);
+        for (int r = 0; r < m->rowCount(); ++r) {
+            const QModelIndex idx = m->index(r, 0);
+            const QIcon icon = qvariant_cast<QIcon>(m->data(idx, Qt::DecorationRole));
+            QVERIFY2(!icon.isNull() && !icon.pixmap(16, 16).isNull(), qPrintable(m->data(idx).toString()));
+        }
+        QWidget *tree = w->findChild<QWidget *>(QStringLiteral("PTxShTree1"));
+        QVERIFY(tree);
+        auto *treeView = qobject_cast<QAbstractItemView *>(tree);
+        if (!treeView) treeView = tree->findChild<QAbstractItemView *>();
+        QVERIFY(treeView && treeView->model());
+        const QModelIndex top = treeView->model()->index(0, 0);
+        QVERIFY(top.isValid());
+        QVERIFY(!qvariant_cast<QIcon>(treeView->model()->data(top, Qt::DecorationRole)).pixmap(16, 16).isNull());
     }
 
     void thumbnailSizesShowInCentimetres()
