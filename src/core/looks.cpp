@@ -39,9 +39,8 @@ struct Shades {
 Shades shadesOver(const QColor &back, bool heavy)
 {
     if (heavy) return {QColor(Qt::white), QColor(Qt::black)};
-    // A tint half way to white, and the background at less than half its lightness; on a
-    // background that is nearly white the light copy would not show, on a nearly black one
-    // the dark: each then moves the other way so that both stay apart from the background.
+    // A tint two thirds of the way to white, and the background at about half its lightness;
+    // on a background that is nearly white or nearly black, white and black themselves.
     QColor light = QColor::fromRgbF(back.redF() + (1 - back.redF()) * 0.65, back.greenF() + (1 - back.greenF()) * 0.65,
                                     back.blueF() + (1 - back.blueF()) * 0.65);
     QColor dark = back.darker(190);
@@ -214,8 +213,9 @@ void setLook(QWidget *w, int effect, int menuStyle)
     if (!w) return;
     if (effect < 1 || effect > 4) effect = 0;
     if (menuStyle < 0 || menuStyle > 2) menuStyle = -1;
+    // A widget never given a look has the plain one; nothing is done while the look stays.
     const QVariant e = w->property("twTextEffect"), m = w->property("twLookBar");
-    if (e.isValid() && e.toInt() == effect && m.isValid() && m.toInt() == menuStyle) return;
+    if ((e.isValid() ? e.toInt() : 0) == effect && (m.isValid() ? m.toInt() : -1) == menuStyle) return;
     if (effect == 0 && menuStyle < 0) w->setStyle(nullptr);
     else w->setStyle(lookStyle(effect, menuStyle));
     w->setProperty("twTextEffect", effect);
