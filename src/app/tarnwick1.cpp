@@ -69,6 +69,7 @@ Tarnwick1::Tarnwick1(const QString &rawCommandLine, QWidget *parent) : QMainWind
     setWindowTitle(AppTitle);
     setPromptParent(this);
     setHourglassWindow(this);
+    useIconThemeWithFileIcons();
     buildControls();
     linkPages();
     makePages();
@@ -915,6 +916,7 @@ void Tarnwick1::showHelp(bool search)
 
 void Tarnwick1::showHelpTopic(const QString &topic)
 {
+    ++helpTopicsShown_;
     if (openHelpWindow()) help_->showTopic(topic);
 }
 
@@ -926,7 +928,8 @@ void Tarnwick1::ApplyColors()
     // Menus and toolbars, in the menu style and font type of the options.
     applyMenuLook(menuBar(), c.MenuBack, c.MenuText, G.Options);
     for (int p = 2; p <= 7; ++p) applyMenuLook(ToolBarComp1->toolbar(p), c.MenuBack, c.MenuText, G.Options);
-    for (QMenu *m : menuBar()->findChildren<QMenu *>()) applyMenuLook(m, c.MenuBack, c.MenuText, G.Options);
+    // The menus belong to the window (the menu bar only shows them), drop-down lists too.
+    for (QMenu *m : findChildren<QMenu *>()) applyMenuLook(m, c.MenuBack, c.MenuText, G.Options);
     // Tabs
     paintWidget(TabStrip1->tabBar(), c.TabBack, c.TabText);
     // Service panels
@@ -1017,6 +1020,7 @@ bool Tarnwick1::windowVariableText(const QString &name, QString *out) const
     } else if (name == QLatin1String("LocalComputerName")) *out = G.Options.LocalComputerName;
     else if (name == QLatin1String("HelpPage")) *out = help_ ? help_->currentPage() : QString();
     else if (name == QLatin1String("HelpTitle")) *out = help_ ? help_->currentTitle() : QString();
+    else if (name == QLatin1String("HelpTopicsShown")) *out = QString::number(helpTopicsShown_);
     else if (name == QLatin1String("MenuOrder")) {
         QStringList ids;
         for (QAction *a : menuBar()->actions()) ids << a->objectName();

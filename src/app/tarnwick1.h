@@ -162,6 +162,7 @@ private:
     bool filterMenuErrorShown_ = false;
     QString helpFile_;
     HelpWindow *help_ = nullptr;
+    int helpTopicsShown_ = 0;  // how often the help opened on a topic
     int tabBeforeChange_ = 1;
     bool inTabChange_ = false;
 };

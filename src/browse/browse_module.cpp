@@ -58,8 +58,6 @@ public:
             SuppressTools quiet;
             m_.host_.tools().setChecked(tool::Find, false);
         };
-        // Help opens on the topic of finding files, as F1 in this dialog does.
-        dlg.onHelp = [this] { m_.host_.showHelpTopic(QStringLiteral("finding")); };
         dlg.exec();
     }
     void refreshWindow() override { m_.host_.window()->repaint(); }

@@ -1,14 +1,17 @@
 #include "browse/find_dialog.h"
 
 #include "core/colors.h"
+#include "core/context_help.h"
 #include "core/globals.h"
 #include "core/scenario_hooks.h"
 
 #include <QButtonGroup>
+#include <QCoreApplication>
 #include <QEvent>
 #include <QFrame>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -120,8 +123,11 @@ FindFle1::FindFle1(browse::SearchState &state, QWidget *parent) : QDialog(parent
     OKBtn->setDefault(true);
     connect(OKBtn, &QPushButton::clicked, this, &FindFle1::onOk);
     connect(CancelBtn, &QPushButton::clicked, this, &FindFle1::onCancel);
+    // Help sends F1 to the dialog, which opens the help on the dialog's own topic.
+    setHelpTopic(this, QStringLiteral("finding"));
     connect(HelpBtn, &QPushButton::clicked, this, [this] {
-        if (onHelp) onHelp();
+        QCoreApplication::postEvent(this, new QKeyEvent(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier));
+        QCoreApplication::postEvent(this, new QKeyEvent(QEvent::KeyRelease, Qt::Key_F1, Qt::NoModifier));
     });
 
     auto *top = new QVBoxLayout(this);

@@ -38,11 +38,10 @@ public:
 
     int SelectedOption() const { return selected_; }
 
-    // Set by the owner: the hourglass over the program, the tool bar's "ID_Find" back to
-    // unpressed on close, and the help topic of this dialog.
+    // Set by the owner: the hourglass over the program, and the tool bar's "ID_Find" back
+    // to unpressed on close.
     std::function<void(bool)> setPointerBusy;
     std::function<void()> onClosed;
-    std::function<void()> onHelp;
 
     QLabel *Label1 = nullptr;
     QLineEdit *Text1 = nullptr;

@@ -18,15 +18,16 @@ protected:
     bool eventFilter(QObject *o, QEvent *e) override
     {
         if (e->type() == QEvent::KeyPress && static_cast<QKeyEvent *>(e)->key() == Qt::Key_F1
-            && static_cast<QKeyEvent *>(e)->modifiers() == Qt::NoModifier && o->isWidgetType()) {
-            // A key goes to the focused control first and then up its parents: answer it once,
-            // where it first arrives.
+            && static_cast<QKeyEvent *>(e)->modifiers() == Qt::NoModifier && o->isWidgetType() && show) {
+            // The key first arrives at the control it is meant for (the focused one) and would
+            // then go up its parents: it is answered there, once. A key sent to a window as a
+            // whole (a Help button's F1) is meant for the control that has the window's focus.
             auto *w = static_cast<QWidget *>(o);
-            if (show && (w == QApplication::focusWidget() || !QApplication::focusWidget() || w->isWindow())) {
-                const QWidget *from = QApplication::focusWidget() ? QApplication::focusWidget() : w;
-                show(helpTopicOf(from));
-                return true;
-            }
+            const QWidget *from = w->isWindow() && w->focusWidget() ? w->focusWidget() : w;
+            // The receiver may go while the help opens; the topic is read first.
+            const QString topic = helpTopicOf(from);
+            show(topic);
+            return true;
         }
         return QObject::eventFilter(o, e);
     }

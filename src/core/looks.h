@@ -3,6 +3,7 @@
 // or inset text of menus, toolbars and labels.
 #pragma once
 
+#include <QString>
 #include <cstdint>
 
 class QWidget;
@@ -26,5 +27,10 @@ void applyMenuLook(QWidget *bar, uint32_t back, uint32_t text, const OptionSetti
 // it, by one pixel; inset text the other way round; heavy uses white and black.
 void setTextEffect(QWidget *w, int effect);
 int textEffect(const QWidget *w);
+
+// The file list and the folder tree draw their items with icons of the desktop's icon
+// theme. Where the desktop names none, or its theme lacks the plain file and folder icons,
+// Adwaita stands in (as the theme, or behind the named one). Returns the theme in use.
+QString useIconThemeWithFileIcons();
 
 }  // namespace tw

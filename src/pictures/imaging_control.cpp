@@ -554,7 +554,18 @@ void ImagingControl::updateScrollBars()
     }
     policy(Qt::ScrollBarAsNeeded);
     const QSizeF d = displaySize();
-    const QSize vp = viewport()->size();
+    // The room the picture has: all of the control inside its frame, less a scroll bar only
+    // where the picture is wider or taller than that (a bar shown for an earlier, smaller
+    // size of the control must not keep itself by the room it takes).
+    const QSize picture(int(std::ceil(d.width())), int(std::ceil(d.height())));
+    QSize vp = maximumViewportSize();
+    const int barH = horizontalScrollBar()->sizeHint().height(),
+              barW = verticalScrollBar()->sizeHint().width();
+    bool needH = picture.width() > vp.width(), needV = picture.height() > vp.height();
+    if (needH) needV = picture.height() > vp.height() - barH;
+    if (needV) needH = picture.width() > vp.width() - barW;
+    if (needH) vp.rheight() -= barH;
+    if (needV) vp.rwidth() -= barW;
     horizontalScrollBar()->setRange(0, std::max(0, int(std::ceil(d.width())) - vp.width()));
     verticalScrollBar()->setRange(0, std::max(0, int(std::ceil(d.height())) - vp.height()));
     horizontalScrollBar()->setPageStep(vp.width());

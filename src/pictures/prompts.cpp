@@ -1,5 +1,6 @@
 #include "pictures/prompts.h"
 
+#include "core/context_help.h"
 #include "core/scenario_hooks.h"
 #include "pictures/imaging_control.h"
 
@@ -65,6 +66,8 @@ void centreOnScreen(QWidget *w)
 NewValue1::NewValue1(QWidget *parent) : ValuePrompt(parent)
 {
     setObjectName(QStringLiteral("NewValue1"));
+    // The prompts of the picture commands: F1 and Help open the picture help.
+    setHelpTopic(this, QStringLiteral("pictures"));
     setWindowTitle(QStringLiteral("New Value"));
     setModal(true);
     NewValueTitle = new QLabel(this);
@@ -197,6 +200,8 @@ void ValuePrompt::keyPressEvent(QKeyEvent *e)
 NewSize1::NewSize1(QWidget *parent) : ValuePrompt(parent)
 {
     setObjectName(QStringLiteral("NewSize1"));
+    // The prompts of the picture commands: F1 and Help open the picture help.
+    setHelpTopic(this, QStringLiteral("pictures"));
     setWindowTitle(QStringLiteral("New Size"));
     setModal(true);
     SCWeight1 = new QScrollBar(Qt::Horizontal, this);

@@ -3,14 +3,27 @@
 #include "app/tarnwick1.h"
 #include "app/tools_tab.h"
 #include "core/tool_manager.h"
+#include "core/colors.h"
+#include "core/looks.h"
 #include "core/options_store.h"
 #include "core/tool_table.h"
 #include "core/toggle_drag.h"
 
+#include <QAbstractItemView>
 #include <QAction>
+#include <QApplication>
+#include <QCursor>
+#include <QDialog>
+#include <QWindow>
 #include <QDir>
 #include <QFile>
+#include <QComboBox>
+#include <QIcon>
 #include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QToolBar>
+#include <QToolButton>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
@@ -268,6 +281,187 @@ private slots:
         QVERIFY(tools->OptApplyBtn->isVisible());
         QVERIFY(tools->Text3[27]->isVisible());
         QVERIFY(!tools->Label2[7]->text().isEmpty());
+    }
+
+    // The busy pointer is the main window's alone: a dialog that a command opens keeps the
+    // normal pointer, nothing overrides the pointer of the whole program, and the window's
+    // own pointer is back when the command returns.
+    void busyPointerStaysOnTheMainWindow_data()
+    {
+        QTest::addColumn<QString>("tool");
+        QTest::addColumn<QString>("dialog");
+        QTest::newRow("computer name")
+            << QStringLiteral("ID_mnuUtilitiesSetComputer") << QStringLiteral("ComputerName1");
+        QTest::newRow("find") << QStringLiteral("ID_Find") << QStringLiteral("FindFle1");
+    }
+    void busyPointerStaysOnTheMainWindow()
+    {
+        QFETCH(QString, tool);
+        QFETCH(QString, dialog);
+        QCOMPARE(w->cursor().shape(), Qt::ArrowCursor);
+        struct Seen {
+            bool open = false;
+            QString name;
+            Qt::CursorShape dialogShape = Qt::BlankCursor, dialogWindowShape = Qt::BlankCursor;
+            Qt::CursorShape mainShape = Qt::BlankCursor;
+            bool overridden = true;
+        } seen;
+        QTimer probe;
+        probe.setInterval(10);
+        connect(&probe, &QTimer::timeout, this, [&] {
+            QWidget *modal = QApplication::activeModalWidget();
+            if (!modal || seen.open) return;
+            seen.open = true;
+            seen.name = modal->objectName();
+            seen.dialogShape = modal->cursor().shape();
+            seen.dialogWindowShape =
+                modal->windowHandle() ? modal->windowHandle()->cursor().shape() : Qt::BlankCursor;
+            seen.mainShape = w->cursor().shape();
+            seen.overridden = QGuiApplication::overrideCursor() != nullptr;
+            static_cast<QDialog *>(modal)->reject();
+        });
+        probe.start();
+        G.SuppressToolCommand = false;
+        w->OnToolClick(tool);
+        probe.stop();
+        QVERIFY2(seen.open, "no dialog opened");
+        QCOMPARE(seen.name, dialog);
+        // While the command runs the main window is busy, its dialog is not.
+        QCOMPARE(seen.mainShape, Qt::WaitCursor);
+        QCOMPARE(seen.dialogShape, Qt::ArrowCursor);
+        QCOMPARE(seen.dialogWindowShape, Qt::ArrowCursor);
+        QVERIFY(!seen.overridden);
+        // Back to normal afterwards.
+        QCOMPARE(w->cursor().shape(), Qt::ArrowCursor);
+        QCOMPARE(w->windowHandle()->cursor().shape(), Qt::ArrowCursor);
+        QVERIFY(QGuiApplication::overrideCursor() == nullptr);
+    }
+
+    // The menu style, the menu font type and the label style, chosen on the Tools tab and
+    // applied: each changes what the bars, the menus and the labels look like, and choosing
+    // the earlier value again gives the earlier picture back.
+    void menuAndLabelLooksFollowTheToolsTab()
+    {
+        w->Timer1->stop();  // the clock on the toolbar stays as it is
+        w->selectTab(8);
+        tw::ToolsTab *tools = w->findChild<tw::ToolsTab *>();
+        QVERIFY(tools);
+        QToolBar *bar = w->ToolBarComp1->toolbar(2);
+        QMenu *fileMenu = w->ToolBarComp1->menu(QStringLiteral("ID_mnuFile"));
+        QVERIFY(bar && fileMenu);
+        QLabel *title = nullptr;
+        for (QLabel *l : tools->findChildren<QLabel *>())
+            if (l->text() == QLatin1String("Window Color Settings")) title = l;
+        QVERIFY(title);
+        struct Look {
+            QImage menuBar, toolBar, menu, label;
+        };
+        auto apply = [&](int menuStyle, int menuFont, int labelStyle) {
+            w->selectTab(8);
+            tools->CMBMENU->setCurrentIndex(menuStyle);
+            tools->CMBMENUTYPE->setCurrentIndex(menuFont);
+            tools->CMBFONTTYPE->setCurrentIndex(labelStyle);
+            tools->OptApplyBtn->click();
+            const Look look{QImage(), QImage(), fileMenu->grab().toImage(), title->grab().toImage()};
+            w->selectTab(1);
+            QCoreApplication::processEvents();
+            Look l = look;
+            l.menuBar = w->menuBar()->grab().toImage();
+            l.toolBar = bar->grab().toImage();
+            return l;
+        };
+        auto buttonsRaised = [&] {
+            int raised = 0, flat = 0;
+            for (QToolButton *b : bar->findChildren<QToolButton *>()) (b->autoRaise() ? flat : raised)++;
+            return raised > 0 && flat == 0 ? 1 : flat > 0 && raised == 0 ? 0 : -1;
+        };
+
+        // The three menu styles: raised buttons for "Windows 95/98" only, three bars apart.
+        const Look s0 = apply(0, 0, 0);
+        QCOMPARE(G.Options.MenuStyle, 0);
+        QCOMPARE(buttonsRaised(), 1);
+        const Look s1 = apply(1, 0, 0);
+        QCOMPARE(buttonsRaised(), 0);
+        const Look s2 = apply(2, 0, 0);
+        QCOMPARE(buttonsRaised(), 0);
+        QVERIFY(s0.toolBar != s1.toolBar && s1.toolBar != s2.toolBar && s0.toolBar != s2.toolBar);
+        QVERIFY(s0.menuBar != s1.menuBar && s1.menuBar != s2.menuBar && s0.menuBar != s2.menuBar);
+        // Each bar stays in the menu colour: the empty end of the toolbar, half way down, is
+        // near it in every style (the shaded bar too).
+        const int menuLightness = toQColor(G.Colors.MenuBack, w->palette()).lightness();
+        for (const Look *l : {&s0, &s1, &s2}) {
+            const QColor end = l->toolBar.pixelColor(l->toolBar.width() - 4, l->toolBar.height() / 2);
+            QVERIFY2(qAbs(end.lightness() - menuLightness) < 40, qPrintable(end.name()));
+        }
+        QCOMPARE(apply(0, 0, 0).toolBar, s0.toolBar);
+        QCOMPARE(apply(1, 0, 0).menuBar, s1.menuBar);
+
+        // The menu font types change the text of the bars and of the menus; labels stay.
+        const Look plain = apply(2, 0, 0);
+        const Look heavyRaised = apply(2, 2, 0);
+        const Look lightInset = apply(2, 3, 0);
+        QCOMPARE(G.Options.MenuFontType, 3);
+        for (const Look *l : {&heavyRaised, &lightInset}) {
+            QVERIFY(l->menuBar != plain.menuBar);
+            QVERIFY(l->toolBar != plain.toolBar);
+            QVERIFY(l->menu != plain.menu);
+            QCOMPARE(l->label, plain.label);
+        }
+        QVERIFY(heavyRaised.menuBar != lightInset.menuBar);
+        QVERIFY(heavyRaised.menu != lightInset.menu);
+        QCOMPARE(apply(2, 0, 0).menu, plain.menu);
+
+        // The label style changes the labels, here one of the Tools tab, and not the bars.
+        const Look raisedLabels = apply(2, 0, 2);
+        QCOMPARE(tw::textEffect(title), 2);
+        QVERIFY(raisedLabels.label != plain.label);
+        QCOMPARE(raisedLabels.menuBar, plain.menuBar);
+        const Look insetLabels = apply(2, 0, 3);
+        QCOMPARE(tw::textEffect(title), 3);
+        QVERIFY(insetLabels.label != plain.label && insetLabels.label != raisedLabels.label);
+        // A label of a page made later takes the style too.
+        w->selectTab(2);
+        QLabel *pictureLabel = w->findChild<QLabel *>(QStringLiteral("Label5"));
+        QVERIFY(pictureLabel);
+        QCOMPARE(tw::textEffect(pictureLabel), 3);
+        QCOMPARE(apply(2, 0, 0).label, plain.label);
+        QCOMPARE(tw::textEffect(title), 0);
+    }
+
+    // The file list and the folder tree show file-type icons even where no icon theme is
+    // named (as under the offscreen platform, or a bare X session).
+    void fileListAndTreeShowIcons()
+    {
+        QVERIFY(!QIcon::themeName().isEmpty());
+        const QString dir = QDir::homePath() + QStringLiteral("/icons");
+        QDir().mkpath(dir + QStringLiteral("/sub"));
+        {
+            QFile f(dir + QStringLiteral("/notes.txt"));
+            QVERIFY(f.open(QIODevice::WriteOnly));
+            f.write("x");
+        }
+        QVERIFY(w->explorer());
+        w->explorer()->setListFolder(dir);
+        QWidget *list = w->findChild<QWidget *>(QStringLiteral("PTxShList1"));
+        QVERIFY(list);
+        QAbstractItemView *view = list->findChild<QAbstractItemView *>();
+        QVERIFY(view && view->model());
+        QAbstractItemModel *m = view->model();
+        QTRY_COMPARE(m->rowCount(), 2);
+        for (int r = 0; r < m->rowCount(); ++r) {
+            const QModelIndex idx = m->index(r, 0);
+            const QIcon icon = qvariant_cast<QIcon>(m->data(idx, Qt::DecorationRole));
+            QVERIFY2(!icon.isNull() && !icon.pixmap(16, 16).isNull(), qPrintable(m->data(idx).toString()));
+        }
+        QWidget *tree = w->findChild<QWidget *>(QStringLiteral("PTxShTree1"));
+        QVERIFY(tree);
+        auto *treeView = qobject_cast<QAbstractItemView *>(tree);
+        if (!treeView) treeView = tree->findChild<QAbstractItemView *>();
+        QVERIFY(treeView && treeView->model());
+        const QModelIndex top = treeView->model()->index(0, 0);
+        QVERIFY(top.isValid());
+        QVERIFY(
+            !qvariant_cast<QIcon>(treeView->model()->data(top, Qt::DecorationRole)).pixmap(16, 16).isNull());
     }
 
     void thumbnailSizesShowInCentimetres()

@@ -1,4 +1,5 @@
 #include "browse/find_dialog.h"
+#include "core/context_help.h"
 #include "core/globals.h"
 
 #include <QLineEdit>
@@ -114,17 +115,19 @@ TEST(FindFle1, EnterPressesTheFocusedButton)
             EXPECT_FALSE(s.SearchConfirmed);
             EXPECT_EQ(s.SearchPattern, "*.OLD");
         }
-        // On Help: the help, and the dialog stays open.
+        // On Help: the help on the dialog's topic, once, and the dialog stays open.
         {
             tw::browse::SearchState s;
             FindFle1 d(s);
-            int helps = 0;
-            d.onHelp = [&] { ++helps; };
+            QStringList helps;
+            tw::installContextHelp([&](const QString &topic) { helps << topic; });
             d.show();
             d.activateWindow();
             d.HelpBtn->setFocus();
             QTest::keyClick(d.HelpBtn, key);
-            EXPECT_EQ(helps, 1);
+            QCoreApplication::processEvents();
+            tw::installContextHelp(nullptr);
+            EXPECT_EQ(helps, QStringList{QStringLiteral("finding")});
             EXPECT_TRUE(d.isVisible());
             EXPECT_FALSE(s.SearchConfirmed);
             d.reject();

@@ -12,6 +12,7 @@
 #include <QClipboard>
 #include <QMimeData>
 #include <QPainter>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -73,6 +74,39 @@ private slots:
         QCOMPARE(c.size(), QSize(240 + fw, 160 + fw));
         c.setZoomPercent(0);
         QCOMPARE(c.zoomPercent(), 1);
+    }
+
+    // A picture that fits the control shows whole, with no scroll bar, even when the
+    // control was too small for it a moment before; one that does not fit scrolls, and a bar
+    // along one side comes only when the picture needs it there.
+    void scrollBarsOnlyWhereThePictureDoesNotFit()
+    {
+        ImagingControl c;
+        c.setBorderStyle(1);
+        c.resize(20, 20);
+        c.show();
+        c.setImage(testPicture(64, 48));
+        QCoreApplication::processEvents();
+        QVERIFY(c.horizontalScrollBar()->isVisible() && c.verticalScrollBar()->isVisible());
+        c.setAutoSize(true);
+        QCoreApplication::processEvents();
+        const int fw = c.frameWidth() * 2;
+        QCOMPARE(c.size(), QSize(64 + fw, 48 + fw));
+        QVERIFY(!c.horizontalScrollBar()->isVisible());
+        QVERIFY(!c.verticalScrollBar()->isVisible());
+        QCOMPARE(c.viewport()->size(), QSize(64, 48));
+        // Wider than the control, and low enough to keep its height with the bar below it.
+        c.setAutoSize(false);
+        c.resize(40 + fw, 48 + fw + c.horizontalScrollBar()->sizeHint().height());
+        QCoreApplication::processEvents();
+        QVERIFY(c.horizontalScrollBar()->isVisible());
+        QVERIFY(!c.verticalScrollBar()->isVisible());
+        QCOMPARE(c.horizontalScrollBar()->maximum(), 64 - 40);
+        // Large enough again.
+        c.resize(100, 100);
+        QCoreApplication::processEvents();
+        QVERIFY(!c.horizontalScrollBar()->isVisible());
+        QVERIFY(!c.verticalScrollBar()->isVisible());
     }
 
     void sizeModesPaint()

@@ -874,7 +874,12 @@ private:
                 return Outcome::fail(QStringLiteral("the box has no button ") + button);
             }
             boxesSeen_ = 0;
+            // The window beneath the box becomes active again once it is answered, as a
+            // window manager makes it: the activation arrives with the next events.
+            QPointer<QWidget> below =
+                b->parentWidget() ? b->parentWidget()->window() : static_cast<QWidget *>(win_);
             btn->click();
+            if (below && below->isVisible() && !b->isVisible()) below->activateWindow();
             return Outcome::done();
         }
         if (cmd == QLatin1String("filedialog")) {
