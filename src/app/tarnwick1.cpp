@@ -782,7 +782,7 @@ void Tarnwick1::runTimer()
         ToolBarComp1->setCaption(tool::Time, time);
     }
     TabPage *p = page(tab);
-    if (p && p->built() && p->showsClock()) p->showClock(date, time);
+    if (p && p->built()) p->showClock(date, time);
 }
 
 // ---------------------------------------------------------------- commands

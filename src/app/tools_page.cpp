@@ -52,19 +52,6 @@ public:
         for (QWidget *w : Tools->Text4) paintWidget(w, c.EntryBack, c.EntryText);
         Tools->repaintEntries();
     }
-    bool showsClock() const override { return true; }
-    void showClock(const QString &date, const QString &time) override
-    {
-        Tools->Label2[6]->setText(date);
-        Tools->Label2[7]->setText(time);
-    }
-    bool variableText(const QString &name, QString *out) const override
-    {
-        if (name != QLatin1String("ClockOnTools")) return false;
-        const bool on = Tools && !Tools->Label2[6]->text().isEmpty() && !Tools->Label2[7]->text().isEmpty();
-        *out = on ? QStringLiteral("true") : QStringLiteral("false");
-        return true;
-    }
 
 protected:
     void build(QWidget *panel) override
@@ -78,6 +65,7 @@ protected:
         auto *f8 = new QVBoxLayout(Frame1_8);
         f8->setContentsMargins(0, 0, 0, 0);
         Tools = new ToolsTab(host_, Frame1_8);
+        setClockLabels(Tools->Label2[6], Tools->Label2[7], QStringLiteral("ClockOnTools"));
         f8->addWidget(Tools);
         // The boxes show the colours and options as the store holds them now.
         Tools->ShowColors();

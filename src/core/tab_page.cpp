@@ -2,6 +2,7 @@
 
 #include "globals.h"
 
+#include <QLabel>
 #include <QWidget>
 #include <array>
 
@@ -56,6 +57,28 @@ void TabPage::ensureBuilt()
 }
 
 QString TabPage::tabTitle() const { return AppTitle; }
+
+void TabPage::setClockLabels(QLabel *date, QLabel *time, const QString &clockVariable)
+{
+    clock_[0] = date;
+    clock_[1] = time;
+    clockVariable_ = clockVariable;
+}
+
+void TabPage::showClock(const QString &date, const QString &time)
+{
+    if (!clock_[0]) return;
+    clock_[0]->setText(date);
+    clock_[1]->setText(time);
+}
+
+bool TabPage::variableText(const QString &name, QString *out) const
+{
+    if (clockVariable_.isEmpty() || name != clockVariable_) return false;
+    const bool on = !clock_[0]->text().isEmpty() && !clock_[1]->text().isEmpty();
+    *out = on ? QStringLiteral("true") : QStringLiteral("false");
+    return true;
+}
 
 PageRegistration::PageRegistration(int index, PageFactory make)
 {

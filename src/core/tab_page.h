@@ -12,6 +12,7 @@
 #include <memory>
 #include <vector>
 
+class QLabel;
 class QListWidget;
 class QMainWindow;
 class QWidget;
@@ -137,13 +138,10 @@ public:
         return false;
     }
     virtual void applyColors() {}
-    // The date and time of Timer1, for a page that shows them itself while it is selected.
-    virtual bool showsClock() const { return false; }
-    virtual void showClock(const QString &date, const QString &time)
-    {
-        (void)date;
-        (void)time;
-    }
+    // The date and time of Timer1, for a page that shows them itself while it is selected
+    // (the labels given to setClockLabels).
+    bool showsClock() const { return clock_[0] != nullptr; }
+    void showClock(const QString &date, const QString &time);
     // The file commands were turned on or off.
     virtual void fileCommandsChanged(bool on) { (void)on; }
     // Shutdown: before the settings are written (a changed picture, the list folder).
@@ -151,15 +149,13 @@ public:
     virtual void addLoaders(FileLoaders &loaders) { (void)loaders; }
     // The page's list of files seen (the View menu's history), or null.
     virtual QListWidget *history() { return nullptr; }
-    // Text form of a variable of this page for the scenario runner; false if unknown.
-    virtual bool variableText(const QString &name, QString *out) const
-    {
-        (void)name;
-        (void)out;
-        return false;
-    }
+    // Text form of a variable of this page for the scenario runner; false if unknown. The
+    // clock's variable ("true" while both labels show text) is answered here.
+    virtual bool variableText(const QString &name, QString *out) const;
 
 protected:
+    // The page shows the date and time in these labels; ClockVariable names that fact.
+    void setClockLabels(QLabel *date, QLabel *time, const QString &clockVariable);
     // Makes the page's controls inside its panel; runs once.
     virtual void build(QWidget *panel) { (void)panel; }
     PageHost &host_;
@@ -168,6 +164,8 @@ private:
     int index_;
     QWidget *panel_ = nullptr;
     bool built_ = false;
+    QLabel *clock_[2] = {};
+    QString clockVariable_;
 };
 
 // The commands of a subsystem that has no tab of its own (the small dialogs, the favorite

@@ -24,19 +24,6 @@ public:
     {
         if (built()) paintWidget(Frame1_5, G.Colors.ServiceBack, G.Colors.ServiceText);
     }
-    bool showsClock() const override { return true; }
-    void showClock(const QString &date, const QString &time) override
-    {
-        Clock[0]->setText(date);
-        Clock[1]->setText(time);
-    }
-    bool variableText(const QString &name, QString *out) const override
-    {
-        if (name != QLatin1String("ClockOnSlide")) return false;
-        const bool on = Clock[0] && !Clock[0]->text().isEmpty() && !Clock[1]->text().isEmpty();
-        *out = on ? QStringLiteral("true") : QStringLiteral("false");
-        return true;
-    }
 
 protected:
     void build(QWidget *panel) override
@@ -54,6 +41,7 @@ protected:
             clock->addWidget(Clock[i]);
         }
         clock->addStretch(1);
+        setClockLabels(Clock[0], Clock[1], QStringLiteral("ClockOnSlide"));
         f5->addLayout(clock);
         f5->addStretch(1);
     }
