@@ -1067,8 +1067,10 @@ QImage renderFill(const FillSpec &f, QSize size)
                 v = s == 3000 ? 1 - m : m;
             } else if (s >= 5000 && s <= 5007) {
                 static const double start[] = {180, 0, 90, 270, 135, 225, 45, 315};
-                double ang = std::atan2(-(fy - 0.5) * h, (fx - 0.5) * w) * 180 / Pi;
-                ang = std::fmod(ang - start[s - 5000] + 720, 360.0);
+                float ang = std::atan2(float(-(fy - 0.5) * h), float((fx - 0.5) * w)) * float(180 / Pi);
+                ang -= float(start[s - 5000]);
+                while (ang < 0) ang += 360;
+                while (ang >= 360) ang -= 360;
                 v = ang / 360;
             } else if (s == 4001) {
                 v = std::min(1.0, std::hypot(2 * fx - 1, 2 * fy - 1) / std::sqrt(2.0));

@@ -66,8 +66,6 @@ private slots:
                                      "ID_mnuPrintFiles",
                                      "ID_mnuSetUpPrinter",
                                      "ID_mnuCreateandChangeFavoriteLists",
-                                     "ID_mnuRunSlideShow",
-                                     "ID_mnuRunSlideShowonCurrentFolder",
                                      "ID_mnuViewQuickTips",
                                      "ID_mnuHelpAbout",
                                      "ID_Select",
