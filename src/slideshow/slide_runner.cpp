@@ -543,7 +543,7 @@ void registerRunnerScenarioHooks()
             *out = QStringLiteral("%1 %2 %3").arg(r.frame[0]).arg(r.frame[1]).arg(r.frame[2]);
         else if (name == QLatin1String("TestMusicLog")) *out = RecordingMusic::log().join(u'|');
         else if (name == QLatin1String("SlideClock")) *out = QString::number(SlideClock::now());
-        else if (name.startsWith(QLatin1String("Show."))) {
+        else if (name.startsWith(QLatin1String("SLS"))) {
             static const char *const names[] = {"SlidePasses",
                                                 "PaintEffect",
                                                 "PaintGrain",
@@ -571,7 +571,7 @@ void registerRunnerScenarioHooks()
                                                 "FrameColor",
                                                 "FrameInnerColor",
                                                 "FrameOuterColor"};
-            const QString f = name.mid(5);
+            const QString f = name.mid(3);
             for (int i = 0; i < ShowSettings::FieldCount; ++i)
                 if (f == QLatin1String(names[i])) {
                     const int64_t v = r.settings.field(i);
