@@ -1,5 +1,6 @@
 #include "slideshow/effect_image.h"
 
+#include <QMouseEvent>
 #include <QPainter>
 #include <QTimer>
 #include <algorithm>
@@ -273,6 +274,12 @@ void EffectImage::paintEvent(QPaintEvent *)
     p.setClipping(false);
     p.fillRect(r, back_);
     if (!surface_.isNull()) p.drawImage(r.topLeft(), surface_);
+}
+
+void EffectImage::mousePressEvent(QMouseEvent *e)
+{
+    if (onClick) onClick();
+    QWidget::mousePressEvent(e);
 }
 
 void EffectImage::resizeEvent(QResizeEvent *)

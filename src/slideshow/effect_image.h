@@ -82,6 +82,7 @@ public:
     // The paint notification (pass, kind) and the end of a painting.
     std::function<void(int pass, int kind)> onNotify;
     std::function<void()> onPainted;
+    std::function<void()> onClick;
     // What the last painting played: "T<n>" for the transition, "P<n>/<pass>" per pass.
     QStringList playLog() const { return log_; }
     // What the surface shows now.
@@ -90,6 +91,7 @@ public:
 protected:
     void paintEvent(QPaintEvent *) override;
     void resizeEvent(QResizeEvent *) override;
+    void mousePressEvent(QMouseEvent *e) override;
 
 private:
     QRect contentRect() const;

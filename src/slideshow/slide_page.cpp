@@ -373,7 +373,8 @@ void SlidePage::build(QWidget *panel)
     Image4->setObjectName(QStringLiteral("Image4"));
     Image4->setMinimumSize(160, 120);
     Image4->onNotify = [this](int pass, int kind) { demoNotify(pass, kind); };
-    Image4->installEventFilter(Frame1_5);
+    // A click on the demonstration stops it at the next notification.
+    Image4->onClick = [this] { DemoChanged = true; };
     s3->addWidget(Image4, 10, 0, 1, 3);
     grid->addLayout(s3, 0, 2);
 
@@ -403,6 +404,7 @@ void SlidePage::build(QWidget *panel)
     QObject::connect(CMBFILTER, &QComboBox::currentIndexChanged,
                      [this](int row) { PTxShList2->setPattern(CMBFILTER->itemData(row).toString()); });
     QObject::connect(PTxShList2, &ShellList::itemSelected, [this] { highlight(); });
+    QObject::connect(PTxShList2, &ShellList::itemClicked, [this] { highlight(); });
     QObject::connect(right, &QPushButton::clicked, [this] { rightBtn(); });
     QObject::connect(left, &QPushButton::clicked, [this] { leftBtn(); });
     QObject::connect(up, &QPushButton::clicked, [this] { moveRow(-1); });
