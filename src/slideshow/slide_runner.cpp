@@ -8,9 +8,6 @@
 #include "core/tool_ids.h"
 #include "core/tool_manager.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusReply>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -469,30 +466,11 @@ void SlideRunner::record()
     slides::record() = rec_;
 }
 
-// The desktop's screensaver stays off while a show runs (freedesktop ScreenSaver on the
-// session bus); without a session bus this is passed over in silence.
+// The desktop's screensaver stays off while a show runs.
 void SlideRunner::inhibitScreenSaver(bool on)
 {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) return;
-    if (on && !inhibited_) {
-        QDBusMessage m = QDBusMessage::createMethodCall(
-            QStringLiteral("org.freedesktop.ScreenSaver"), QStringLiteral("/org/freedesktop/ScreenSaver"),
-            QStringLiteral("org.freedesktop.ScreenSaver"), QStringLiteral("Inhibit"));
-        m << AppTitle << QStringLiteral("Slide show");
-        const QDBusReply<uint> reply = bus.call(m, QDBus::Block, 1000);
-        if (reply.isValid()) {
-            inhibitCookie_ = reply.value();
-            inhibited_ = true;
-        }
-    } else if (!on && inhibited_) {
-        QDBusMessage m = QDBusMessage::createMethodCall(
-            QStringLiteral("org.freedesktop.ScreenSaver"), QStringLiteral("/org/freedesktop/ScreenSaver"),
-            QStringLiteral("org.freedesktop.ScreenSaver"), QStringLiteral("UnInhibit"));
-        m << inhibitCookie_;
-        bus.call(m, QDBus::NoBlock);
-        inhibited_ = false;
-    }
+    if (on) inhibited_ = screenSaver_.inhibit(AppTitle, QStringLiteral("Slide show"));
+    else screenSaver_.release(), inhibited_ = false;
 }
 
 void runSlideShow(PageHost &host, SlideRunner::Entry entry, const QString &builderPath)

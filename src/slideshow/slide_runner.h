@@ -6,6 +6,7 @@
 #pragma once
 
 #include "slideshow/effect_image.h"
+#include "slideshow/screensaver.h"
 #include "slideshow/show_file.h"
 #include "slideshow/slide_music.h"
 
@@ -87,7 +88,7 @@ private:
     std::unique_ptr<SlideMusic> player_;
     QHash<QString, QFuture<QImage>> decoding_;
     RunRecord rec_;
-    uint32_t inhibitCookie_ = 0;
+    ScreenSaverInhibitor screenSaver_;
     bool inhibited_ = false;
 };
 
