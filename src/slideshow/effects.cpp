@@ -416,6 +416,13 @@ void EffectPass::areaAt(double t, Area *out)
         return c;
     };
     auto add = [&](std::initializer_list<Clip> clips) { a.emplace_back(clips); };
+    auto rectList = [](std::vector<QRect> v) {
+        Clip c;
+        c.isRegion = false;
+        c.isRects = true;
+        c.rects = std::move(v);
+        return c;
+    };
     const int e = effect_;
     const int cls = e / 1000;
 
@@ -637,16 +644,16 @@ void EffectPass::areaAt(double t, Area *out)
         const bool cols = e <= 10001;
         const int ext = cols ? w : h, len = cols ? h : w;
         const int cw = std::max(8, ext / 64);
-        QRegion g;
+        std::vector<QRect> g;
         for (int i = 0, pos = 0; pos < ext; ++i, pos += cw) {
             const int l =
                 int(std::lround(len * std::clamp(t * speeds_[size_t(i) % speeds_.size()], 0.0, 1.0)));
-            if (e == 10000) g += QRect(pos, 0, cw, l);
-            if (e == 10001) g += QRect(pos, h - l, cw, l);
-            if (e == 10002) g += QRect(0, pos, l, cw);
-            if (e == 10003) g += QRect(w - l, pos, l, cw);
+            if (e == 10000) g.push_back(QRect(pos, 0, cw, l));
+            if (e == 10001) g.push_back(QRect(pos, h - l, cw, l));
+            if (e == 10002) g.push_back(QRect(0, pos, l, cw));
+            if (e == 10003) g.push_back(QRect(w - l, pos, l, cw));
         }
-        return add({reg(g)});
+        return add({rectList(std::move(g))});
     }
 
     if (cls == 11) {
@@ -694,30 +701,30 @@ void EffectPass::areaAt(double t, Area *out)
         const bool rows = e <= 12001;
         const int ext = rows ? h : w, len = rows ? w : h;
         const int bh = std::max(2, grain_);
-        QRegion g;
+        std::vector<QRect> g;
         for (int i = 0, pos = 0; pos < ext; ++i, pos += bh) {
             const int l =
                 int(std::lround(len * std::clamp(t * speeds_[size_t(i) % speeds_.size()], 0.0, 1.0)));
-            if (e == 12000) g += QRect(w - l, pos, l, bh);
-            if (e == 12001) g += QRect(0, pos, l, bh);
-            if (e == 12002) g += QRect(pos, h - l, bh, l);
-            if (e == 12003) g += QRect(pos, 0, bh, l);
+            if (e == 12000) g.push_back(QRect(w - l, pos, l, bh));
+            if (e == 12001) g.push_back(QRect(0, pos, l, bh));
+            if (e == 12002) g.push_back(QRect(pos, h - l, bh, l));
+            if (e == 12003) g.push_back(QRect(pos, 0, bh, l));
         }
-        return add({reg(g)});
+        return add({rectList(std::move(g))});
     }
 
     if (cls == 13) {
         const int q = std::max(16, std::min(w, h) / 8);
         static const int d1[] = {TB, BT, LR, RL, TB, BT, LR, RL}, d2[] = {TB, BT, LR, RL, BT, TB, RL, LR};
-        QRegion g[2];
+        std::vector<QRect> g;
         const double tt[2] = {ph1(t), ph2(t)};
         const int dd[2] = {d1[e - 13000], d2[e - 13000]};
         for (int y = 0, j = 0; y < h; y += q, ++j)
             for (int x = 0, i = 0; x < w; x += q, ++i) {
                 const int set = (i + j) % 2;
-                g[set] += wipe(QRect(x, y, q, q), dd[set], tt[set]);
+                g.push_back(wipe(QRect(x, y, q, q), dd[set], tt[set]));
             }
-        return add({reg(g[0] + g[1])});
+        return add({rectList(std::move(g))});
     }
 
     if (cls == 15 || cls == 16) {
@@ -759,22 +766,30 @@ void EffectPass::areaAt(double t, Area *out)
             for (double rad = step; rad < m + step; rad += step) p.addEllipse(c, rad * sx, rad * sy);
             return p;
         };
+        // Each ring set is drawn through a masked copy of the source (see maskedSource).
+        auto ringClip = [&](int k, int parity) {
+            Clip c;
+            c.isRegion = false;
+            c.mask = parity;
+            c.path = rings(k, parity);
+            return c;
+        };
         const int n = e % 1000;
         if (n < 10) return add({pth(area(n / 2, n % 2 == 1, t))});
         if (n < 30) {
             const int k = (n - 10) / 4, mode = (n - 10) % 4;
             const bool out1 = mode == 1 || mode == 3, out2 = mode == 1 || mode == 2;
-            add({pth(rings(k, 0)), pth(area(k, out1, ph1(t)))});
-            if (t > 0.5) add({pth(rings(k, 1)), pth(area(k, out2, ph2(t)))});
+            add({ringClip(k, 0), pth(area(k, out1, ph1(t)))});
+            if (t > 0.5) add({ringClip(k, 1), pth(area(k, out2, ph2(t)))});
             return;
         }
         switch (n) {
         case 30:
-            add({pth(rings(1, 0)), pth(area(1, true, t))});
-            return add({pth(rings(2, 1)), pth(area(2, true, t))});
+            add({ringClip(1, 0), pth(area(1, true, t))});
+            return add({ringClip(2, 1), pth(area(2, true, t))});
         case 31:
-            add({pth(rings(3, 0)), pth(area(3, true, t))});
-            return add({pth(rings(4, 1)), pth(area(4, true, t))});
+            add({ringClip(3, 0), pth(area(3, true, t))});
+            return add({ringClip(4, 1), pth(area(4, true, t))});
         case 32:
             add({pth(area(1, true, t))});
             return add({pth(area(2, true, t))});
@@ -794,13 +809,42 @@ void EffectPass::areaAt(double t, Area *out)
     add({reg(wipe(r, LR, t))});
 }
 
+const QImage &EffectPass::maskedSource(int mask, const QPainterPath &path, const QImage &source)
+{
+    QImage &m = masked_[mask];
+    if (m.isNull() || maskedKey_[mask] != source.cacheKey()) {
+        m = QImage(source.size(), QImage::Format_ARGB32_Premultiplied);
+        m.fill(Qt::transparent);
+        QPainter mp(&m);
+        mp.setClipPath(path);
+        mp.drawImage(0, 0, source);
+        maskedKey_[mask] = source.cacheKey();
+    }
+    return m;
+}
+
 void EffectPass::drawArea(QPainter &p, const Area &a, const QImage &source, int wand, const QColor &wandColor)
 {
     for (const Layer &layer : a) {
         p.save();
         bool first = true;
         bool empty = false;
+        const QImage *src = &source;
+        if (layer.size() == 1 && layer.front().isRects) {
+            p.restore();
+            for (const QRect &r : layer.front().rects) {
+                if (r.isEmpty()) continue;
+                p.drawImage(r.topLeft(), source, r);
+                if (wand > 0)
+                    p.fillRect(QRect(r.topLeft(), QSize(std::min(wand, r.width()), r.height())), wandColor);
+            }
+            continue;
+        }
         for (const Clip &c : layer) {
+            if (c.mask >= 0) {
+                src = &maskedSource(c.mask, c.path, source);
+                continue;
+            }
             if (c.isRegion) {
                 if (c.region.isEmpty()) empty = true;
                 p.setClipRegion(c.region, first ? Qt::ReplaceClip : Qt::IntersectClip);
@@ -809,7 +853,7 @@ void EffectPass::drawArea(QPainter &p, const Area &a, const QImage &source, int 
             }
             first = false;
         }
-        if (!empty) p.drawImage(0, 0, source);
+        if (!empty) p.drawImage(0, 0, *src);
         p.restore();
         if (wand > 0 && !empty) {
             // The wand: a line of the effect colour on the edge of the area.
@@ -817,6 +861,7 @@ void EffectPass::drawArea(QPainter &p, const Area &a, const QImage &source, int 
             p.setPen(QPen(wandColor, wand));
             p.setBrush(Qt::NoBrush);
             for (const Clip &c : layer) {
+                if (c.mask >= 0) continue;
                 if (!c.isRegion) {
                     p.drawPath(c.path);
                 } else if (c.region.rectCount() <= 64) {

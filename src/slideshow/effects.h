@@ -53,6 +53,12 @@ private:
         bool isRegion = true;
         QRegion region;
         QPainterPath path;
+        // A fixed mask (the interlaced rings): drawn through a copy of the source made once
+        // with only the mask's pixels, instead of clipping by the many-ringed path each step.
+        int mask = -1;
+        // Many small rectangles that never overlap, drawn one by one (no clip to build).
+        bool isRects = false;
+        std::vector<QRect> rects;
     };
     using Layer = std::vector<Clip>;
     using Area = std::vector<Layer>;
@@ -68,8 +74,12 @@ private:
     void buildCells();
     QRegion bands(bool horizontal, int parity) const;
 
+    const QImage &maskedSource(int mask, const QPainterPath &path, const QImage &source);
+
     int effect_;
     int grain_;
+    QImage masked_[2];
+    qint64 maskedKey_[2] = {0, 0};
     QSize size_;
     uint32_t seed_;
     Kind kind_ = AreaKind;
