@@ -66,6 +66,7 @@ EffectImage::EffectImage(QWidget *parent) : QWidget(parent)
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(true);
 }
 
 EffectImage::~EffectImage() = default;
@@ -191,11 +192,11 @@ void EffectImage::picturePasses(int pass)
         pass = std::max(1, PassIndex) - 1;
     }
     const int next = pass + 1;
-    if (next > std::max(1, PassCount)) {
+    if (next > std::clamp(PassCount, 1, MaxPasses)) {
         finish();
         return;
     }
-    const int passes = std::max(1, PassCount);
+    const int passes = std::clamp(PassCount, 1, MaxPasses);
     const QImage layer =
         passLayer(source_, next, passes, Transparent, bgr(TransparentColor).rgb(), pictureRect_);
     log_ << QStringLiteral("P%1/%2").arg(PaintEffect).arg(next);
@@ -230,7 +231,9 @@ void EffectImage::stepPass()
         if (!instant) {
             p.end();
             update();
-            SlideClock::after(this, Delay, [this, gen] {
+            // A pass never takes more than a minute, whatever delay a file asks for.
+            const int delay = std::clamp(Delay, 0, std::max(1, 60000 / std::max(1, pass_->steps())));
+            SlideClock::after(this, delay, [this, gen] {
                 if (gen == generation_) stepPass();
             });
             return;
@@ -280,6 +283,12 @@ void EffectImage::mousePressEvent(QMouseEvent *e)
 {
     if (onClick) onClick();
     QWidget::mousePressEvent(e);
+}
+
+void EffectImage::mouseMoveEvent(QMouseEvent *e)
+{
+    if (cursorFollows_) setCursor(effectCursor() == 0 ? Qt::ArrowCursor : Qt::PointingHandCursor);
+    QWidget::mouseMoveEvent(e);
 }
 
 void EffectImage::resizeEvent(QResizeEvent *)

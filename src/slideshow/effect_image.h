@@ -35,6 +35,9 @@ QColor bgr(uint32_t c);
 class EffectImage : public QWidget {
     Q_OBJECT
 public:
+    // The pass mask has 64 levels: more passes would paint nothing more, so a pass count
+    // above this (a damaged file) is played as this many.
+    static constexpr int MaxPasses = 64;
     explicit EffectImage(QWidget *parent = nullptr);
     ~EffectImage() override;
 
@@ -83,6 +86,10 @@ public:
     std::function<void(int pass, int kind)> onNotify;
     std::function<void()> onPainted;
     std::function<void()> onClick;
+    // Moving the mouse over the control switches its effect cursor: 0 while an effect runs,
+    // 1 at rest (the demonstration shows the hand at rest, as something to click).
+    void setCursorFollowsEffect(bool on) { cursorFollows_ = on; }
+    int effectCursor() const { return running_ ? 0 : 1; }
     // What the last painting played: "T<n>" for the transition, "P<n>/<pass>" per pass.
     QStringList playLog() const { return log_; }
     // What the surface shows now.
@@ -92,6 +99,7 @@ protected:
     void paintEvent(QPaintEvent *) override;
     void resizeEvent(QResizeEvent *) override;
     void mousePressEvent(QMouseEvent *e) override;
+    void mouseMoveEvent(QMouseEvent *e) override;
 
 private:
     QRect contentRect() const;
@@ -111,6 +119,7 @@ private:
     bool autoRepaint_ = true;
     bool effectEnabled_ = true;
     bool running_ = false;
+    bool cursorFollows_ = false;
     int generation_ = 0;
     QStringList log_;
     // The pass under way.

@@ -375,6 +375,7 @@ void SlidePage::build(QWidget *panel)
     Image4->onNotify = [this](int pass, int kind) { demoNotify(pass, kind); };
     // A click on the demonstration stops it at the next notification.
     Image4->onClick = [this] { DemoChanged = true; };
+    Image4->setCursorFollowsEffect(true);
     s3->addWidget(Image4, 10, 0, 1, 3);
     grid->addLayout(s3, 0, 2);
 

@@ -212,3 +212,22 @@ TEST(Effects, ImageNotifiesAtThePointsOfEachPass)
     EXPECT_EQ(seen, (QStringList{"0,1", "1,1"}));
     SlideClock::setManual(false);
 }
+
+TEST(Effects, DamagedSettingsStayBounded)
+{
+    SlideClock::setManual(true);
+    EffectImage img;
+    img.resize(40, 30);
+    img.setPicture(solid(QSize(40, 30), Qt::blue));
+    img.setAutoRepaint(false);
+    img.PaintEffect = 2147483647;
+    img.PassCount = 100000;
+    img.Grain = -50;
+    img.Delay = 2000000000;
+    int notes = 0;
+    img.onNotify = [&](int, int) { ++notes; };
+    img.setAutoRepaint(true);
+    EXPECT_EQ(notes, 1 + EffectImage::MaxPasses);
+    EXPECT_EQ(img.surface().pixelColor(20, 15), QColor(Qt::blue));
+    SlideClock::setManual(false);
+}
