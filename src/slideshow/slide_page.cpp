@@ -17,6 +17,7 @@
 #include "slideshow/effect_image.h"
 #include "slideshow/show_file.h"
 #include "slideshow/slide_runner.h"
+#include "slideshow/slide_show_files.h"
 
 #include <QCheckBox>
 #include <QColorDialog>
@@ -100,7 +101,7 @@ protected:
 
 }  // namespace
 
-class SlidePage : public TabPage {
+class SlidePage : public TabPage, public slides::SlideShowFiles {
 public:
     explicit SlidePage(PageHost &host) : TabPage(host, 5)
     {
@@ -160,8 +161,9 @@ public:
 
     // Files a path in the show by the catalogue: pictures in List7(0), media in List7(1),
     // anything else dropped.
-    void AddFile(const QString &path)
+    void AddFile(const QString &path) override
     {
+        ensureBuilt();
         const int list = slides::builderListFor(path);
         if (list < 0) return;
         List7[list]->addItem(path);
