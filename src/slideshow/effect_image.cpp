@@ -173,7 +173,23 @@ void EffectImage::play()
     f.fillValue = FillValue;
     for (int i = 0; i < 4; ++i) f.colors[i] = bgr(PatternColor[i]);
     f.steps = Option;
-    const QImage fill = renderFill(f, source_.size());
+    // A show keeps one fill for all its slides: it is made again only when it changes.
+    const QString fillKey =
+        QStringLiteral("%1 %2 %3 %4 %5 %6 %7 %8x%9")
+            .arg(f.kind)
+            .arg(f.gradientValue)
+            .arg(f.fillValue)
+            .arg(f.steps)
+            .arg(PatternColor[0])
+            .arg(PatternColor[1])
+            .arg(QString::number(PatternColor[2]) + u' ' + QString::number(PatternColor[3]))
+            .arg(source_.width())
+            .arg(source_.height());
+    if (fillKey != fillKey_ || fill_.isNull()) {
+        fill_ = renderFill(f, source_.size());
+        fillKey_ = fillKey;
+    }
+    const QImage fill = fill_;
     log_ << QStringLiteral("T%1").arg(TransitionEffect);
     runPass(TransitionEffect, fill, [this, gen] {
         notify(1, 0);

@@ -129,6 +129,8 @@ private:
     std::function<void()> passThen_;
     QImage source_;
     QRect pictureRect_;
+    QImage fill_;
+    QString fillKey_;
 };
 
 }  // namespace tw::slides
