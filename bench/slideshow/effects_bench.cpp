@@ -33,6 +33,22 @@ int main(int argc, char **argv)
     QGuiApplication app(argc, argv);
     const QSize size(1920, 1080);
     const QImage before = picture(size, 1), source = picture(size, 2);
+    // With --shots <folder>: a picture of each class half way through, to look at.
+    if (argc == 3 && QByteArray(argv[1]) == "--shots") {
+        const QSize small(480, 270);
+        const QImage b = picture(small, 1), s = picture(small, 2);
+        for (const EffectClass &c : effectClasses()) {
+            for (int e : {c.first, (c.first + c.last) / 2}) {
+                QImage surface = b;
+                EffectPass pass(e, 3, small);
+                QPainter p(&surface);
+                for (int k = 1; k <= pass.steps() / 2; ++k) pass.drawStep(p, k, s, b, 2, Qt::yellow);
+                p.end();
+                surface.save(QStringLiteral("%1/%2.png").arg(QString::fromLocal8Bit(argv[2])).arg(e));
+            }
+        }
+        return 0;
+    }
     std::printf("| class | numbers played | frames | frames per second | slowest number played "
                 "|\n|---|---|---|---|---|\n");
     for (const EffectClass &c : effectClasses()) {

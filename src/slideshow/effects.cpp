@@ -823,26 +823,37 @@ const QImage &EffectPass::maskedSource(int mask, const QPainterPath &path, const
     return m;
 }
 
+// An outline of the wand's width kept inside R, so the next step's drawing covers it.
+static void wandInside(QPainter &p, const QRect &r, int wand, const QColor &c)
+{
+    // A rectangle too thin to show a line and the picture beside it gets none.
+    if (std::min(r.width(), r.height()) < 6 * wand) return;
+    const int w = wand;
+    p.setPen(QPen(c, w, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    p.setBrush(Qt::NoBrush);
+    p.drawRect(QRectF(r).adjusted(w / 2.0, w / 2.0, -w / 2.0, -w / 2.0));
+}
+
 void EffectPass::drawArea(QPainter &p, const Area &a, const QImage &source, int wand, const QColor &wandColor)
 {
     for (const Layer &layer : a) {
-        p.save();
-        bool first = true;
-        bool empty = false;
-        const QImage *src = &source;
         if (layer.size() == 1 && layer.front().isRects) {
-            p.restore();
             for (const QRect &r : layer.front().rects) {
                 if (r.isEmpty()) continue;
                 p.drawImage(r.topLeft(), source, r);
-                if (wand > 0)
-                    p.fillRect(QRect(r.topLeft(), QSize(std::min(wand, r.width()), r.height())), wandColor);
+                if (wand > 0) wandInside(p, r, wand, wandColor);
             }
             continue;
         }
+        p.save();
+        bool first = true;
+        bool empty = false;
+        bool masked = false;
+        const QImage *src = &source;
         for (const Clip &c : layer) {
             if (c.mask >= 0) {
                 src = &maskedSource(c.mask, c.path, source);
+                masked = true;
                 continue;
             }
             if (c.isRegion) {
@@ -854,14 +865,13 @@ void EffectPass::drawArea(QPainter &p, const Area &a, const QImage &source, int 
             first = false;
         }
         if (!empty) p.drawImage(0, 0, *src);
-        p.restore();
-        if (wand > 0 && !empty) {
-            // The wand: a line of the effect colour on the edge of the area.
-            p.save();
-            p.setPen(QPen(wandColor, wand));
+        // The wand: a line of the effect colour on the edge of the area, inside it, so that
+        // the next step (whose area holds this one) paints over it. A masked layer (the
+        // interlaced rings) has none: its edge would fall outside the mask.
+        if (wand > 0 && !empty && !masked) {
+            p.setPen(QPen(wandColor, 2 * wand));
             p.setBrush(Qt::NoBrush);
             for (const Clip &c : layer) {
-                if (c.mask >= 0) continue;
                 if (!c.isRegion) {
                     p.drawPath(c.path);
                 } else if (c.region.rectCount() <= 64) {
@@ -870,8 +880,8 @@ void EffectPass::drawArea(QPainter &p, const Area &a, const QImage &source, int 
                     p.drawPath(path.simplified());
                 }
             }
-            p.restore();
         }
+        p.restore();
     }
 }
 
@@ -1037,12 +1047,18 @@ void EffectPass::drawStep(QPainter &p, int k, const QImage &source, const QImage
     if (kind_ == CellKind) {
         // Only the cells that come in at this step are drawn: the area only grows.
         const int upto = int(std::lround(double(cellCount_) * t));
+        // The cells of the step before lose their wand; the new ones get it.
+        if (wand > 0)
+            for (int i = wandFrom_; i < drawnCells_; ++i) {
+                const QRect c = cells_[size_t(i)].rect;
+                p.drawImage(c.topLeft(), source, c);
+            }
         for (int i = drawnCells_; i < upto; ++i) {
             const QRect c = cells_[size_t(i)].rect;
             p.drawImage(c.topLeft(), source, c);
-            if (wand > 0)
-                p.fillRect(QRect(c.topLeft(), QSize(std::min(wand, c.width()), c.height())), wandColor);
+            if (wand > 0) wandInside(p, c, wand, wandColor);
         }
+        wandFrom_ = drawnCells_;
         drawnCells_ = std::max(drawnCells_, upto);
         return;
     }

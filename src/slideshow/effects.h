@@ -88,6 +88,7 @@ private:
     std::vector<Cell> cells_;
     int cellCount_ = 0;
     int drawnCells_ = 0;
+    int wandFrom_ = 0;
     std::vector<double> speeds_;  // drip columns and random bars
 };
 
