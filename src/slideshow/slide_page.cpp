@@ -414,11 +414,8 @@ void SlidePage::build(QWidget *panel)
     QObject::connect(DownBtn, &QPushButton::clicked, [this] { moveRow(+1); });
     QObject::connect(all, &QPushButton::clicked, [this] { allBtn(); });
     QObject::connect(clear, &QPushButton::clicked, [this] { List7[0]->clear(); });
-    QObject::connect(fav, &QPushButton::clicked, [this] {
-        // The favorite list browser arrives with the favorites; until then the button
-        // opens nothing.
-        host_.OnToolClick(tool::mnuSelectFavoriteList);
-    });
+    // The favorite list browser is not built yet: the button stays grey until it is.
+    fav->setEnabled(false);
     for (int i = 0; i < 2; ++i) {
         QObject::connect(List7[i], &QListWidget::itemClicked, [this, i](QListWidgetItem *it) {
             BuilderList = i;
