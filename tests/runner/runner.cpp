@@ -34,6 +34,7 @@
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QProcess>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QRegularExpression>
@@ -552,6 +553,21 @@ private:
             if (t.size() > 3) d.setNameFilter(arg(3));
             if (t.size() > 4) d.setDefaultSuffix(arg(4));
             runnerDialogResult_ = d.exec() == QDialog::Accepted ? d.selectedFiles().value(0) : QString();
+            return Outcome::done();
+        }
+        if (cmd == QLatin1String("ffmpeg")) {
+            // Media made for the test: ffmpeg with these arguments, quiet, overwriting.
+            need(1);
+            QStringList args{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-y"),
+                             QStringLiteral("-nostdin")};
+            for (int i = 1; i < t.size(); ++i) args << arg(i);
+            const QString out = arg(t.size() - 1);
+            QDir().mkpath(QFileInfo(out).absolutePath());
+            QProcess pr;
+            pr.start(QStringLiteral("ffmpeg"), args);
+            if (!pr.waitForFinished(30000) || pr.exitStatus() != QProcess::NormalExit || pr.exitCode() != 0)
+                return Outcome::fail(QStringLiteral("ffmpeg failed: ")
+                                     + QString::fromLocal8Bit(pr.readAllStandardError()));
             return Outcome::done();
         }
         if (cmd == QLatin1String("put")) {
