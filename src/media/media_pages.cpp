@@ -523,7 +523,7 @@ void PlayListPage::entriesClick(bool doubleClick)
 {
     QListWidget *entries = Lists[1];
     const int row = entries->currentRow();
-    if (entries->count() == 0 || row < 0 || !entries->item(row)->isSelected()) return;
+    if (entries->count() == 0 || row < 0) return;
     CurrentFile = entries->item(row)->text();
     Player->setFileName(CurrentFile);
     if (kind_.video && !doubleClick) entries->setToolTip(CurrentFile);
