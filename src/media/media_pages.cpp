@@ -424,10 +424,11 @@ void PlayListPage::setPictures()
         btn->setToolTip(QLatin1String(tip));
     };
     if (kind_.video) {
-        if (s_shared.VideoListMinimised) set(MinListBtn, "Trisize.bmp", "Enlarge Video Play List on Screen");
+        // The pictures tell the frame's size as it stands.
+        if (listSmall_) set(MinListBtn, "Trisize.bmp", "Enlarge Video Play List on Screen");
         else set(MinListBtn, "Exit.bmp", "Minimize Video Play List on Screen");
     } else {
-        if (s_shared.MusicListMinimised) set(MinListBtn, "Trisize.bmp", "Enlarge Music Play List on Screen");
+        if (listSmall_) set(MinListBtn, "Trisize.bmp", "Enlarge Music Play List on Screen");
         else set(MinListBtn, "Exit.bmp", "Minimize Music Play List on Screen");
         if (s_shared.PlayControlsMinimised)
             set(MinPlayBtn, "Trisize2.bmp", "Enlarge Player Controls on Screen");
@@ -439,6 +440,7 @@ void PlayListPage::placeListFrame()
 {
     QWidget *panel = this->panel();
     const bool small = kind_.video ? s_shared.VideoListMinimised : s_shared.MusicListMinimised;
+    listSmall_ = small;
     listBody_->setVisible(!small);
     const int w = small ? px(1800) : px(4400);
     const int h = small ? px(600) : px(5400);
@@ -732,7 +734,7 @@ void PlayListPage::LoadMediaFile(const QString &path)
         if (s_shared.VideoUseFile) v->CurrentFile = path;
     } else {
         hideParts(m);
-        if (s_shared.MciActive) mciStop();
+        mciStop();
         const QString ext = GetFileExt(path).toUpper();
         if (ext == QLatin1String("DAT") || ext == QLatin1String("CDA")) mciStart(ext);
         G.CurrentPlayer = QStringLiteral("1");
@@ -995,6 +997,7 @@ void PlayListPage::VideoToggle()
         if (!s_shared.VideoMinimiseBusy) v->MinListCommand();
         s_shared.VideoUseFile = false;
     }
+    v->setPictures();
     SoundRefresh();
     TrackerRefresh();
     s_shared.VideoToggleBusy = false;
@@ -1139,6 +1142,12 @@ bool PlayListPage::variableText(const QString &name, QString *out) const
     else if (v && name == QLatin1String("MMControl1_Log")) *out = s_shared.MMControl1.log.join(u' ');
     else if (v && name == QLatin1String("MMControl1_DeviceType")) *out = s_shared.MMControl1.deviceType;
     else if (name == pre + QStringLiteral("NewPlayListName")) *out = NewPlayListName;
+    else if (name == QStringLiteral("Min") + pre + QStringLiteral("Btn_Picture"))
+        *out = MinListBtn ? MinListBtn->property("picture").toString() : QString();
+    else if (!v && name == QLatin1String("MinPlayBtn_Picture"))
+        *out = MinPlayBtn ? MinPlayBtn->property("picture").toString() : QString();
+    else if (v && name == QLatin1String("ListToggleBtn_Picture"))
+        *out = ListToggleBtn ? ListToggleBtn->property("picture").toString() : QString();
     else if (!Player && name.startsWith(player))
         *out = name.endsWith(QLatin1String("EngineMade")) ? b(false) : QString();
     else if (name == player + QStringLiteral("FileName")) *out = Player->fileName();

@@ -97,6 +97,7 @@ public:
     static void LoadMediaFile(const QString &path);
     void MinListCommand();
     void MinPlayCommand();
+    void setPictures();
     void EndOfStream();
     void PlayerStateChanged(int oldState, int newState);
 
@@ -137,7 +138,6 @@ private:
     static void hideParts(PlayListPage *p);
     static void mciStart(const QString &ext);
     static void mciStop();
-    void setPictures();
     QString bmp(const char *name) const;
 
     Kind kind_;
@@ -149,6 +149,7 @@ private:
     int pressRow_[2] = {-1, -1};
     bool programSelect_ = false;
     bool placed_ = false;
+    bool listSmall_ = false;  // the list frame in its small form
     QPoint dragStart_;
     MprisPlayer *mpris_ = nullptr;
 };
