@@ -32,6 +32,7 @@
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QStyledItemDelegate>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -39,6 +40,20 @@ namespace tw {
 
 namespace {
 MediaShared s_shared;
+
+// A list row shows at most the first characters of its text: no file path is longer, and a
+// list file read from something that is no list (one line of megabytes) stays quick to show.
+class ShortRows : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *o, const QModelIndex &i) const override
+    {
+        QStyledItemDelegate::initStyleOption(o, i);
+        if (o->text.size() > 1024) o->text.truncate(1024);
+    }
+};
 // The drag format of a panel being moved: the text is the panel's Tag.
 const QString PanelMime = QStringLiteral("application/x-tarnwick-panel");
 
@@ -214,6 +229,7 @@ QFrame *PlayListPage::buildListFrame(QWidget *panel)
     for (int i = 0; i < 2; ++i) {
         Lists[i] = new QListWidget(listBody_);
         Lists[i]->setObjectName(QStringLiteral("%1_%2").arg(QLatin1String(kind_.listName)).arg(i));
+        Lists[i]->setItemDelegate(new ShortRows(Lists[i]));
         Lists[i]->setAcceptDrops(true);
         Lists[i]->viewport()->setAcceptDrops(true);
         Lists[i]->viewport()->installEventFilter(this);

@@ -68,7 +68,10 @@ QString renderMidi(const QString &midiPath)
     QFile in(midiPath);
     if (!in.open(QIODevice::ReadOnly) || in.size() > 16 * 1024 * 1024) return {};
     const QByteArray data = midiData(in.readAll());
-    if (data.size() < 14 || !data.startsWith("MThd")) return {};
+    // A standard MIDI file: its header chunk of six bytes, then at least one track.
+    if (data.size() < 22 || !data.startsWith("MThd") || data.mid(4, 4) != QByteArray("\0\0\0\6", 4)
+        || data.mid(14, 4) != "MTrk")
+        return {};
     const QString font = soundFontPath();
     if (font.isEmpty()) return {};
 
@@ -115,7 +118,9 @@ QString renderMidi(const QString &midiPath)
                 }
                 f.seek(0);
                 f.write(wavHeader(bytes));
-                if (f.commit()) result = out;
+                // A file that gave no sound at all is no MIDI the synthesiser could play.
+                if (bytes > quint32(Rate / 2 / Block) * Block * 4 && f.commit()) result = out;
+                else f.cancelWriting();
             }
         }
         if (player) {
