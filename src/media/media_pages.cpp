@@ -1177,6 +1177,7 @@ bool PlayListPage::variableText(const QString &name, QString *out) const
     else if (name == player + QStringLiteral("ShowStatusBar")) *out = b(Player->showStatusBar());
     else if (name == player + QStringLiteral("EndCount")) *out = QString::number(Player->endCount());
     else if (name == player + QStringLiteral("EngineMade")) *out = b(Player->engineMade());
+    else if (name == player + QStringLiteral("FilesOpened")) *out = QString::number(Player->filesOpened());
     else if (name == player + QStringLiteral("Played")) *out = b(Player->playbackTime() > 0);
     else if (name == player + QStringLiteral("NaturalSize"))
         *out = QStringLiteral("%1x%2").arg(Player->naturalSize().width()).arg(Player->naturalSize().height());

@@ -221,6 +221,7 @@ void MediaPlayer::load(bool startPaused)
     }
     loaded_ = false;
     lastEnd_ = -1;
+    filesOpened_ = 0;
     stopped_ = startPaused;
     paused_ = startPaused;
     playbackTime_ = -1;
@@ -283,6 +284,7 @@ void MediaPlayer::onMpvEvents()
         switch (ev->event_id) {
         case MPV_EVENT_FILE_LOADED:
             loaded_ = true;
+            ++filesOpened_;
             setState(paused_ ? (stopped_ ? Stopped : Paused) : Playing);
             break;
         case MPV_EVENT_END_FILE: {

@@ -55,6 +55,8 @@ public:
     bool engineMade() const { return mpv_ != nullptr; }
     // How many times a file played to its end.
     int endCount() const { return endCount_; }
+    // How many files mpv opened since the file name was last set (a list file opens several).
+    int filesOpened() const { return filesOpened_; }
     // The file mpv actually opens (a MIDI file is rendered to sound first).
     QString openedFile() const { return opened_; }
 
@@ -90,7 +92,7 @@ private:
     bool showControls_ = true, showAudio_ = true, showPosition_ = true, showDisplay_ = false,
          showStatus_ = false;
     double duration_ = 0, position_ = 0, playbackTime_ = -1;
-    int endCount_ = 0;
+    int endCount_ = 0, filesOpened_ = 0;
     int lastEnd_ = -1;  // why the last file ended, until mpv goes idle
     QSize natural_;
     QImage frame_;
