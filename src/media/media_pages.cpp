@@ -845,18 +845,20 @@ void PlayListPage::PlayerStateChanged(int, int newState)
         return;
     }
     QWidget *panel = this->panel();
-    if (newState == MediaPlayer::Playing && !s_shared.VideoUseFile) {
-        // The player takes the natural size of the video.
-        const QSize n = Player->naturalSize();
-        if (n.width() > 0 && n.height() > 0) {
+    // The playing notification of a video counts once its size is known: the player has then
+    // taken the video's natural size (a file of sound alone never has one).
+    const QSize n = Player->naturalSize();
+    const bool sized = n.width() > 0 && n.height() > 0;
+    if (newState == MediaPlayer::Playing && !s_shared.VideoUseFile && sized) {
+        {
             const int extra =
                 Player->height() - (Player->findChild<QWidget *>(QStringLiteral("VideoSurface"))->height());
             Player->resize(n.width(), n.height() + qMax(0, extra));
         }
-        if (twips(Player->geometry().right()) > twips(Frame3->x())) {
+        if (Player->x() + Player->width() > Frame3->x()) {
             MinListCommand();
         } else {
-            Frame3->move(Player->geometry().right() + px(185), Frame3->y());
+            Frame3->move(px(twips(Player->x() + Player->width()) + 185), Frame3->y());
             CHKPLAYLIST->setVisible(Frame3->geometry().right() <= panel->width());
         }
         const int dw = Player->width() - panel->width(), dh = Player->height() - panel->height();
