@@ -555,6 +555,18 @@ private:
             runnerDialogResult_ = d.exec() == QDialog::Accepted ? d.selectedFiles().value(0) : QString();
             return Outcome::done();
         }
+        if (cmd == QLatin1String("run")) {
+            // A program of the test machine, waited for; it must end with status 0.
+            need(1);
+            QStringList args;
+            for (int i = 2; i < t.size(); ++i) args << arg(i);
+            QProcess pr;
+            pr.start(arg(1), args);
+            if (!pr.waitForFinished(30000) || pr.exitStatus() != QProcess::NormalExit || pr.exitCode() != 0)
+                return Outcome::fail(arg(1) + QStringLiteral(" failed: ")
+                                     + QString::fromLocal8Bit(pr.readAllStandardError()));
+            return Outcome::done();
+        }
         if (cmd == QLatin1String("ffmpeg")) {
             // Media made for the test: ffmpeg with these arguments, quiet, overwriting.
             need(1);
