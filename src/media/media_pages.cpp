@@ -18,7 +18,6 @@
 
 #include <QApplication>
 #include <QCheckBox>
-#include <QDrag>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QFile>
@@ -54,8 +53,6 @@ protected:
         if (o->text.size() > 1024) o->text.truncate(1024);
     }
 };
-// The drag format of a panel being moved: the text is the panel's Tag.
-const QString PanelMime = QStringLiteral("application/x-tarnwick-panel");
 
 int px(int twips) { return qRound(twips / 15.0); }
 int twips(int pixels) { return pixels * 15; }
@@ -1088,42 +1085,28 @@ bool PlayListPage::eventFilter(QObject *o, QEvent *e)
             }
         }
     }
-    // The panels are dragged by their grab corner.
+    // The panels are dragged by their grab corner: a press there begins the drag, and letting
+    // go over the tab's background (or over the panel itself) puts the panel's corner there.
     auto *w = qobject_cast<QWidget *>(o);
     if (w && (w == Frame2 || w == Frame3)) {
-        if (e->type() == QEvent::MouseButtonPress) {
-            auto *me = static_cast<QMouseEvent *>(e);
+        auto *me = static_cast<QMouseEvent *>(e);
+        if (e->type() == QEvent::MouseButtonPress && me->button() == Qt::LeftButton) {
             const QPoint p = me->position().toPoint();
             if (twips(p.x()) < 100 && twips(p.y()) < 100) {
-                auto *drag = new QDrag(w);
-                auto *md = new QMimeData;
-                md->setData(PanelMime, w->property("Tag").toString().toUtf8());
-                drag->setMimeData(md);
-                drag->exec(Qt::MoveAction);
+                dragging_ = w;
                 return true;
             }
-        } else if (e->type() == QEvent::MouseMove && w == Frame2) {
-            auto *me = static_cast<QMouseEvent *>(e);
+        } else if (e->type() == QEvent::MouseButtonRelease && dragging_ == w) {
+            dragging_ = nullptr;
+            const QPoint at = w->mapTo(panel(), me->position().toPoint());
+            QWidget *under = panel()->childAt(at);
+            while (under && under->parentWidget() != panel()) under = under->parentWidget();
+            if (!under || under == w) dropPanel(panel(), w->property("Tag").toString(), at);
+            return true;
+        } else if (e->type() == QEvent::MouseMove && w == Frame2 && !dragging_) {
             const QPoint p = me->position().toPoint();
             const bool corner = twips(p.x()) < 100 && twips(p.y()) < 100;
             Frame2->setCursor(corner ? Qt::SizeAllCursor : Qt::ArrowCursor);
-        }
-    }
-    if (o == panel()) {
-        if (e->type() == QEvent::DragEnter || e->type() == QEvent::DragMove) {
-            auto *de = static_cast<QDropEvent *>(e);
-            if (de->mimeData()->hasFormat(PanelMime)) {
-                de->acceptProposedAction();
-                return true;
-            }
-        } else if (e->type() == QEvent::Drop) {
-            auto *de = static_cast<QDropEvent *>(e);
-            if (de->mimeData()->hasFormat(PanelMime)) {
-                dropPanel(panel(), QString::fromUtf8(de->mimeData()->data(PanelMime)),
-                          de->position().toPoint());
-                de->acceptProposedAction();
-                return true;
-            }
         }
     }
     return QObject::eventFilter(o, e);

@@ -150,7 +150,7 @@ private:
     bool programSelect_ = false;
     bool placed_ = false;
     bool listSmall_ = false;  // the list frame in its small form
-    QPoint dragStart_;
+    QWidget *dragging_ = nullptr;  // the panel being dragged by its corner
     MprisPlayer *mpris_ = nullptr;
 };
 
