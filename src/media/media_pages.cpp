@@ -165,9 +165,11 @@ void PlayListPage::applyColors()
 void PlayListPage::fileCommandsChanged(bool on)
 {
     // The list toggle follows the file commands while the video play list has a row.
-    if (!kind_.video || !built() || Lists[0]->count() < 1) return;
+    if (!kind_.video) return;
+    const int rows = built() ? Lists[0]->count() : int(playListNames(folderPath()).size());
+    if (rows < 1) return;
     host_.tools().setEnabled(tool::ListToggle, on);
-    ListToggleBtn->setEnabled(on);
+    if (ListToggleBtn) ListToggleBtn->setEnabled(on);
 }
 
 QStringList PlayListPage::handledTools() const
@@ -221,6 +223,7 @@ QFrame *PlayListPage::buildListFrame(QWidget *panel)
     top->addWidget(MinListBtn, 0, Qt::AlignTop);
     fl->addLayout(top);
     listBody_ = new QWidget(frame);
+    listBody_->setObjectName(v ? QStringLiteral("ListBody_0") : QStringLiteral("ListBody_1"));
     auto *bl = new QVBoxLayout(listBody_);
     bl->setContentsMargins(0, 0, 0, 0);
     for (int i = 0; i < 2; ++i) {
@@ -425,6 +428,8 @@ void PlayListPage::build(QWidget *panel)
 
     // The folder listing: the first list is selected, which opens it.
     loadPlayListNames();
+    if (kind_.video && Lists[0]->count() > 0)
+        ListToggleBtn->setEnabled(host_.tools().isEnabled(tool::ListToggle));
 }
 
 void PlayListPage::setPictures()
