@@ -30,7 +30,7 @@ public:
     QStringList log;
     QString lastError;
 
-private:
+    // The drive, kept by the engine module.
     CdIo_t *cd_ = nullptr;
     int track_ = 0, first_ = 0, last_ = 0;
 };

@@ -10,6 +10,7 @@
 #include "core/text_rules.h"
 #include "core/tool_ids.h"
 #include "core/tool_manager.h"
+#include "media/media_engine.h"
 #include "media/media_player.h"
 #include "media/mpris.h"
 #include "media/open_file_dialog.h"
@@ -122,6 +123,8 @@ void PlayListPage::startUp()
 
 void PlayListPage::reset()
 {
+    // The players are put into their stopped state.
+    if (Player) Player->stop();
     if (kind_.video && !G.Options.VideoListAtStart) {
         // The video frame opens without its list: the minimise button is pressed.
         ensureBuilt();
@@ -1145,6 +1148,7 @@ bool PlayListPage::variableText(const QString &name, QString *out) const
     else if (v && name == QLatin1String("VideoUseFile")) *out = b(s_shared.VideoUseFile);
     else if (v && name == QLatin1String("VideoListMinimised")) *out = b(s_shared.VideoListMinimised);
     else if (v && name == QLatin1String("MciActive")) *out = b(s_shared.MciActive);
+    else if (v && name == QLatin1String("MediaEngineLoaded")) *out = b(mediaEngineLoaded());
     else if (v && name == QLatin1String("MMControl1_Log")) *out = s_shared.MMControl1.log.join(u' ');
     else if (v && name == QLatin1String("MMControl1_DeviceType")) *out = s_shared.MMControl1.deviceType;
     else if (name == pre + QStringLiteral("NewPlayListName")) *out = NewPlayListName;

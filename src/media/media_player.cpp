@@ -1,6 +1,7 @@
 #include "media/media_player.h"
 
 #include "core/catalogue.h"
+#include "media/media_engine.h"
 #include "media/media_lists.h"
 #include "media/midi_render.h"
 
@@ -10,8 +11,6 @@
 #include <QPainter>
 #include <QSlider>
 #include <QVBoxLayout>
-#include <mpv/client.h>
-#include <mpv/render.h>
 
 #include <clocale>
 #include <cstring>
@@ -20,6 +19,8 @@ namespace tw {
 
 namespace {
 bool s_headless = false;
+// The engine's calls; set when the first player makes its engine.
+const MediaEngineTable *E = nullptr;
 
 void wakeup(void *ctx)
 {
@@ -116,7 +117,7 @@ MediaPlayer::MediaPlayer(bool video, QWidget *parent) : QWidget(parent), video_(
     connect(volume_, &QSlider::valueChanged, this, [this](int v) {
         if (!mpv_) return;
         double d = v;
-        mpv_set_property(mpv_, "volume", MPV_FORMAT_DOUBLE, &d);
+        E->set_property(mpv_, "volume", MPV_FORMAT_DOUBLE, &d);
     });
     connect(seek_, &QSlider::sliderPressed, this, [this] { seekDragging_ = true; });
     connect(seek_, &QSlider::sliderReleased, this, [this] {
@@ -130,55 +131,64 @@ MediaPlayer::MediaPlayer(bool video, QWidget *parent) : QWidget(parent), video_(
 
 MediaPlayer::~MediaPlayer()
 {
-    if (render_) mpv_render_context_free(render_);
-    if (mpv_) mpv_terminate_destroy(mpv_);
+    // No call may reach this object from mpv's threads once it is going.
+    if (render_) {
+        E->render_set_update_callback(render_, nullptr, nullptr);
+        E->render_free(render_);
+    }
+    if (mpv_) {
+        E->set_wakeup_callback(mpv_, nullptr, nullptr);
+        E->terminate_destroy(mpv_);
+    }
 }
 
 bool MediaPlayer::ensureEngine()
 {
     if (mpv_) return true;
+    E = mediaEngine();
+    if (!E) return false;
     // mpv refuses to start under a numeric locale other than "C".
     std::setlocale(LC_NUMERIC, "C");
-    mpv_ = mpv_create();
+    mpv_ = E->create();
     if (!mpv_) return false;
-    mpv_set_option_string(mpv_, "config", "no");
-    mpv_set_option_string(mpv_, "terminal", "no");
-    mpv_set_option_string(mpv_, "input-default-bindings", "no");
-    mpv_set_option_string(mpv_, "idle", "yes");
-    mpv_set_option_string(mpv_, "keep-open", "no");
-    mpv_set_option_string(mpv_, "audio-fallback-to-null", "yes");
-    mpv_set_option_string(mpv_, "audio-display", "no");
-    mpv_set_option_string(mpv_, "ytdl", "no");
-    mpv_set_option_string(mpv_, "load-scripts", "no");
-    mpv_set_option_string(mpv_, "osc", "no");
-    if (s_headless) mpv_set_option_string(mpv_, "ao", "null");
-    if (video_) mpv_set_option_string(mpv_, "vo", "libmpv");
+    E->set_option_string(mpv_, "config", "no");
+    E->set_option_string(mpv_, "terminal", "no");
+    E->set_option_string(mpv_, "input-default-bindings", "no");
+    E->set_option_string(mpv_, "idle", "yes");
+    E->set_option_string(mpv_, "keep-open", "no");
+    E->set_option_string(mpv_, "audio-fallback-to-null", "yes");
+    E->set_option_string(mpv_, "audio-display", "no");
+    E->set_option_string(mpv_, "ytdl", "no");
+    E->set_option_string(mpv_, "load-scripts", "no");
+    E->set_option_string(mpv_, "osc", "no");
+    if (s_headless) E->set_option_string(mpv_, "ao", "null");
+    if (video_) E->set_option_string(mpv_, "vo", "libmpv");
     else {
-        mpv_set_option_string(mpv_, "vo", "null");
-        mpv_set_option_string(mpv_, "vid", "no");
+        E->set_option_string(mpv_, "vo", "null");
+        E->set_option_string(mpv_, "vid", "no");
     }
-    if (mpv_initialize(mpv_) < 0) {
-        mpv_terminate_destroy(mpv_);
+    if (E->initialize(mpv_) < 0) {
+        E->terminate_destroy(mpv_);
         mpv_ = nullptr;
         return false;
     }
-    mpv_observe_property(mpv_, 1, "pause", MPV_FORMAT_FLAG);
-    mpv_observe_property(mpv_, 2, "duration", MPV_FORMAT_DOUBLE);
-    mpv_observe_property(mpv_, 3, "time-pos", MPV_FORMAT_DOUBLE);
-    mpv_observe_property(mpv_, 4, "playback-time", MPV_FORMAT_DOUBLE);
-    mpv_observe_property(mpv_, 5, "dwidth", MPV_FORMAT_INT64);
-    mpv_observe_property(mpv_, 6, "dheight", MPV_FORMAT_INT64);
-    mpv_observe_property(mpv_, 7, "idle-active", MPV_FORMAT_FLAG);
-    mpv_set_wakeup_callback(mpv_, wakeup, this);
+    E->observe_property(mpv_, 1, "pause", MPV_FORMAT_FLAG);
+    E->observe_property(mpv_, 2, "duration", MPV_FORMAT_DOUBLE);
+    E->observe_property(mpv_, 3, "time-pos", MPV_FORMAT_DOUBLE);
+    E->observe_property(mpv_, 4, "playback-time", MPV_FORMAT_DOUBLE);
+    E->observe_property(mpv_, 5, "dwidth", MPV_FORMAT_INT64);
+    E->observe_property(mpv_, 6, "dheight", MPV_FORMAT_INT64);
+    E->observe_property(mpv_, 7, "idle-active", MPV_FORMAT_FLAG);
+    E->set_wakeup_callback(mpv_, wakeup, this);
     if (video_) {
         mpv_render_param params[] = {{MPV_RENDER_PARAM_API_TYPE, const_cast<char *>(MPV_RENDER_API_TYPE_SW)},
                                      {MPV_RENDER_PARAM_INVALID, nullptr}};
-        if (mpv_render_context_create(&render_, mpv_, params) >= 0)
-            mpv_render_context_set_update_callback(render_, renderUpdate, this);
+        if (E->render_create(&render_, mpv_, params) >= 0)
+            E->render_set_update_callback(render_, renderUpdate, this);
         else render_ = nullptr;
     }
     double vol = volume_->value();
-    mpv_set_property(mpv_, "volume", MPV_FORMAT_DOUBLE, &vol);
+    E->set_property(mpv_, "volume", MPV_FORMAT_DOUBLE, &vol);
     return true;
 }
 
@@ -191,14 +201,14 @@ void MediaPlayer::command(const QStringList &args)
     std::vector<const char *> argv;
     for (const QByteArray &b : bytes) argv.push_back(b.constData());
     argv.push_back(nullptr);
-    mpv_command(mpv_, argv.data());
+    E->command(mpv_, argv.data());
 }
 
 void MediaPlayer::setFlag(const char *name, bool on)
 {
     if (!mpv_) return;
     int f = on ? 1 : 0;
-    mpv_set_property(mpv_, name, MPV_FORMAT_FLAG, &f);
+    E->set_property(mpv_, name, MPV_FORMAT_FLAG, &f);
 }
 
 void MediaPlayer::setFileName(const QString &path)
@@ -279,7 +289,7 @@ void MediaPlayer::setState(int s)
 void MediaPlayer::onMpvEvents()
 {
     while (mpv_) {
-        mpv_event *ev = mpv_wait_event(mpv_, 0);
+        mpv_event *ev = E->wait_event(mpv_, 0);
         if (!ev || ev->event_id == MPV_EVENT_NONE) break;
         switch (ev->event_id) {
         case MPV_EVENT_FILE_LOADED:
@@ -341,7 +351,7 @@ void MediaPlayer::onMpvEvents()
 void MediaPlayer::onRenderUpdate()
 {
     if (!render_) return;
-    if (!(mpv_render_context_update(render_) & MPV_RENDER_UPDATE_FRAME)) return;
+    if (!(E->render_update(render_) & MPV_RENDER_UPDATE_FRAME)) return;
     // Every frame is drawn at the video's own size, also while the tab is not on show, so the
     // video runs on at its pace; the surface scales it when it paints.
     QSize s = natural_;
@@ -354,7 +364,7 @@ void MediaPlayer::onRenderUpdate()
                                  {MPV_RENDER_PARAM_SW_STRIDE, &stride},
                                  {MPV_RENDER_PARAM_SW_POINTER, frame_.bits()},
                                  {MPV_RENDER_PARAM_INVALID, nullptr}};
-    mpv_render_context_render(render_, params);
+    E->render_render(render_, params);
     if (surface_) surface_->update();
 }
 

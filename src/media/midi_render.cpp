@@ -1,45 +1,22 @@
 #include "media/midi_render.h"
 
+#include "media/media_engine.h"
+
 #include <QCryptographicHash>
-#include <QDataStream>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QStandardPaths>
-#include <fluidsynth.h>
-
-#include <vector>
 
 namespace tw {
 
 namespace {
-constexpr int Rate = 44100;
-// A rendering stops after this many seconds of sound, whatever the file says.
-constexpr int MaxSeconds = 30 * 60;
-
-void silent(int, const char *, void *) {}
-
 quint32 le32(const QByteArray &b, qsizetype at)
 {
     const auto *p = reinterpret_cast<const unsigned char *>(b.constData() + at);
     return quint32(p[0]) | quint32(p[1]) << 8 | quint32(p[2]) << 16 | quint32(p[3]) << 24;
 }
 
-QByteArray wavHeader(quint32 dataBytes)
-{
-    QByteArray h;
-    QDataStream s(&h, QIODevice::WriteOnly);
-    s.setByteOrder(QDataStream::LittleEndian);
-    s.writeRawData("RIFF", 4);
-    s << quint32(36 + dataBytes);
-    s.writeRawData("WAVEfmt ", 8);
-    s << quint32(16) << quint16(1) << quint16(2) << quint32(Rate) << quint32(Rate * 4) << quint16(4)
-      << quint16(16);
-    s.writeRawData("data", 4);
-    s << dataBytes;
-    return h;
-}
 }  // namespace
 
 QString soundFontPath()
@@ -86,51 +63,9 @@ QString renderMidi(const QString &midiPath)
     if (QFileInfo::exists(out)) return out;
     if (!QDir().mkpath(dir)) return {};
 
-    for (int level = FLUID_PANIC; level <= FLUID_DBG; ++level) fluid_set_log_function(level, silent, nullptr);
-    fluid_settings_t *settings = new_fluid_settings();
-    fluid_settings_setnum(settings, "synth.sample-rate", Rate);
-    fluid_settings_setstr(settings, "player.timing-source", "sample");
-    fluid_settings_setint(settings, "synth.lock-memory", 0);
-    fluid_synth_t *synth = new_fluid_synth(settings);
-    QString result;
-    if (synth && fluid_synth_sfload(synth, font.toLocal8Bit().constData(), 1) != FLUID_FAILED) {
-        fluid_player_t *player = new_fluid_player(synth);
-        if (player && fluid_player_add_mem(player, data.constData(), size_t(data.size())) == FLUID_OK
-            && fluid_player_play(player) == FLUID_OK) {
-            QSaveFile f(out);
-            if (f.open(QIODevice::WriteOnly)) {
-                f.write(wavHeader(0));
-                constexpr int Block = 1024;
-                std::vector<int16_t> buf(Block * 2);
-                quint32 bytes = 0;
-                const quint32 limit = quint32(MaxSeconds) * Rate * 4;
-                while (fluid_player_get_status(player) == FLUID_PLAYER_PLAYING && bytes < limit) {
-                    if (fluid_synth_write_s16(synth, Block, buf.data(), 0, 2, buf.data(), 1, 2) != FLUID_OK)
-                        break;
-                    f.write(reinterpret_cast<const char *>(buf.data()), Block * 4);
-                    bytes += Block * 4;
-                }
-                // Half a second more, so the last notes die away.
-                for (int i = 0; i < Rate / 2 / Block; ++i) {
-                    fluid_synth_write_s16(synth, Block, buf.data(), 0, 2, buf.data(), 1, 2);
-                    f.write(reinterpret_cast<const char *>(buf.data()), Block * 4);
-                    bytes += Block * 4;
-                }
-                f.seek(0);
-                f.write(wavHeader(bytes));
-                // A file that gave no sound at all is no MIDI the synthesiser could play.
-                if (bytes > quint32(Rate / 2 / Block) * Block * 4 && f.commit()) result = out;
-                else f.cancelWriting();
-            }
-        }
-        if (player) {
-            fluid_player_stop(player);
-            delete_fluid_player(player);
-        }
-    }
-    if (synth) delete_fluid_synth(synth);
-    delete_fluid_settings(settings);
-    return result;
+    const MediaEngineTable *engine = mediaEngine();
+    if (!engine || !engine->synthesise(data, font, out)) return {};
+    return out;
 }
 
 }  // namespace tw
