@@ -4,12 +4,14 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLibrary>
+#include <atomic>
 #include <mutex>
 
 namespace tw {
 
 namespace {
-const MediaEngineTable *g_table = nullptr;
+// Loaded on the window's thread or, ahead of need, on a worker: read from both.
+std::atomic<const MediaEngineTable *> g_table{nullptr};
 std::once_flag g_once;
 }  // namespace
 
@@ -35,9 +37,9 @@ const MediaEngineTable *mediaEngine()
             }
         }
     });
-    return g_table;
+    return g_table.load();
 }
 
-bool mediaEngineLoaded() { return g_table != nullptr; }
+bool mediaEngineLoaded() { return g_table.load() != nullptr; }
 
 }  // namespace tw

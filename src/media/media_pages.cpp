@@ -33,6 +33,7 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QStyledItemDelegate>
+#include <QThreadPool>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -134,6 +135,9 @@ void PlayListPage::reset()
 
 void PlayListPage::entering()
 {
+    // A player tab is where media are played: the engine module is loaded now, off the
+    // window's thread, so the first file does not wait for it.
+    if (!mediaEngineLoaded()) QThreadPool::globalInstance()->start([] { mediaEngine(); });
     ToolManager &t = host_.tools();
     G.CurrentPlayer = kind_.video ? QStringLiteral("0") : QStringLiteral("1");
     t.setCaption(tool::StopVideo, kind_.video ? QStringLiteral("Stop Video") : QStringLiteral("Stop Music"));
