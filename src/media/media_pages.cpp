@@ -1153,6 +1153,8 @@ bool PlayListPage::variableText(const QString &name, QString *out) const
     else if (v && name == QLatin1String("VideoListMinimised")) *out = b(s_shared.VideoListMinimised);
     else if (v && name == QLatin1String("MciActive")) *out = b(s_shared.MciActive);
     else if (v && name == QLatin1String("MediaEngineLoaded")) *out = b(mediaEngineLoaded());
+    else if (v && name == QLatin1String("MainWindowSize"))
+        *out = QStringLiteral("%1x%2").arg(host_.window()->width()).arg(host_.window()->height());
     else if (v && name == QLatin1String("MMControl1_Log")) *out = s_shared.MMControl1.log.join(u' ');
     else if (v && name == QLatin1String("MMControl1_DeviceType")) *out = s_shared.MMControl1.deviceType;
     else if (name == pre + QStringLiteral("NewPlayListName")) *out = NewPlayListName;
