@@ -9,7 +9,7 @@ PKGS=(
   qt6-webengine-dev qt6-pdf-dev qt6-svg-dev qt6-image-formats-plugins
   libqt6opengl6-dev
   libmagick++-6.q16-dev libtiff-dev zlib1g-dev imagemagick ghostscript netpbm
-  libmpv-dev ffmpeg libfluidsynth-dev timgm6mb-soundfont libcdio-dev
+  libmpv-dev mpv ffmpeg libfluidsynth-dev timgm6mb-soundfont libcdio-dev
   libsane-dev sane-utils
   libgtest-dev libgmock-dev libbenchmark-dev
   libjpeg-turbo-progs poppler-utils

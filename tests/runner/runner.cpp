@@ -34,6 +34,7 @@
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QProcess>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QRegularExpression>
@@ -554,6 +555,33 @@ private:
             runnerDialogResult_ = d.exec() == QDialog::Accepted ? d.selectedFiles().value(0) : QString();
             return Outcome::done();
         }
+        if (cmd == QLatin1String("run")) {
+            // A program of the test machine, waited for; it must end with status 0.
+            need(1);
+            QStringList args;
+            for (int i = 2; i < t.size(); ++i) args << arg(i);
+            QProcess pr;
+            pr.start(arg(1), args);
+            if (!pr.waitForFinished(30000) || pr.exitStatus() != QProcess::NormalExit || pr.exitCode() != 0)
+                return Outcome::fail(arg(1) + QStringLiteral(" failed: ")
+                                     + QString::fromLocal8Bit(pr.readAllStandardError()));
+            return Outcome::done();
+        }
+        if (cmd == QLatin1String("ffmpeg")) {
+            // Media made for the test: ffmpeg with these arguments, quiet, overwriting.
+            need(1);
+            QStringList args{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-y"),
+                             QStringLiteral("-nostdin")};
+            for (int i = 1; i < t.size(); ++i) args << arg(i);
+            const QString out = arg(t.size() - 1);
+            QDir().mkpath(QFileInfo(out).absolutePath());
+            QProcess pr;
+            pr.start(QStringLiteral("ffmpeg"), args);
+            if (!pr.waitForFinished(30000) || pr.exitStatus() != QProcess::NormalExit || pr.exitCode() != 0)
+                return Outcome::fail(QStringLiteral("ffmpeg failed: ")
+                                     + QString::fromLocal8Bit(pr.readAllStandardError()));
+            return Outcome::done();
+        }
         if (cmd == QLatin1String("put")) {
             need(2);
             QFileInfo fi(arg(1));
@@ -767,7 +795,18 @@ private:
             if (!src) return Outcome::retry(err);
             // The item pressed on and the item let go over: "row <n>", or an item's text or
             // path (a tree's node at any depth); none for the middle of the control.
+            // "at <x> <y>": a point of the control itself, in twips from its top left corner.
+            QPoint atPoint[2];
+            bool atGiven[2] = {false, false};
+            int which = 0;
             auto item = [&](QWidget *w, int *i, QModelIndex *idx) -> Outcome {
+                if (*i < t.size() && t[*i] == QLatin1String("at") && !st.quoted[*i]) {
+                    need(*i + 2);
+                    atPoint[which] = QPoint(arg(*i + 1).toInt() / 15, arg(*i + 2).toInt() / 15);
+                    atGiven[which] = true;
+                    *i += 3;
+                    return Outcome::done();
+                }
                 const bool byRow = *i < t.size() && t[*i] == QLatin1String("row") && !st.quoted[*i];
                 if (!byRow && (*i >= t.size() || (t[*i] == QLatin1String("to") && !st.quoted[*i])))
                     return Outcome::done();
@@ -797,14 +836,17 @@ private:
             QWidget *dst = control(arg(i + 1), &err);
             if (!dst) return Outcome::fail(err);
             i += 2;
+            which = 1;
             o = item(dst, &i, &toIdx);
             if (o.status != Status::Done) return o;
             QWidget *press = nullptr, *over = nullptr;
-            const QPoint from = placeOf(src, fromIdx, &press);
+            QPoint from = placeOf(src, fromIdx, &press);
+            if (atGiven[0]) press = src, from = atPoint[0];
             QTest::mousePress(press, Qt::LeftButton, {}, from);
             QTest::qWait(300);  // held longer than a click
             QTest::mouseMove(press, from + QPoint(4, 4));
-            const QPoint at = placeOf(dst, toIdx, &over);
+            QPoint at = placeOf(dst, toIdx, &over);
+            if (atGiven[1]) over = dst, at = atPoint[1];
             const QPoint target = press->mapFromGlobal(over->mapToGlobal(at));
             QTest::mouseMove(press, target);
             QTest::mouseRelease(press, Qt::LeftButton, {}, target);
