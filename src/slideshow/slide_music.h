@@ -28,5 +28,7 @@ using SlideMusicFactory = std::function<std::unique_ptr<SlideMusic>()>;
 // Installs the player the runner makes for each show (an empty factory: no player).
 void setSlideMusicFactory(SlideMusicFactory make);
 const SlideMusicFactory &slideMusicFactory();
+// The program's music player as the show's music, unless another factory is installed.
+void installPlayerMusic();
 
 }  // namespace tw::slides

@@ -13,6 +13,7 @@
 #include "core/text_rules.h"
 #include "core/tool_ids.h"
 #include "pictures/picture_decoder.h"
+#include "slideshow/slide_music.h"
 #include "slideshow/effect_dialogs.h"
 #include "slideshow/effect_image.h"
 #include "slideshow/show_file.h"
@@ -106,6 +107,7 @@ public:
     explicit SlidePage(PageHost &host) : TabPage(host, 5)
     {
         slides::installDefaultSlideDecoder();
+        slides::installPlayerMusic();
         slides::registerRunnerScenarioHooks();
         registerScenarioRoutine(QStringLiteral("AddFile"), [this](const QStringList &a) {
             ensureBuilt();
