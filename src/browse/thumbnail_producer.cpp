@@ -1,5 +1,6 @@
 #include "browse/thumbnail_producer.h"
 
+#include "browse/dir_scan.h"
 #include "core/catalogue.h"
 #include "pictures/imaging_errors.h"
 #include "pictures/picture_decoder.h"
@@ -212,9 +213,12 @@ int ThumbnailProducer::browse(const QString &folder, BrowseError *error)
     QStringList files;
     if (folderFiles) files = folderFiles(folder);
     else {
+        // The folder's own files, whatever the list's pattern, in the order the file list
+        // shows them.
         const QDir dir(folder);
-        for (const QString &name : dir.entryList(QDir::Files, QDir::Name | QDir::IgnoreCase))
-            files << dir.filePath(name);
+        QStringList names = dir.entryList(QDir::Files, QDir::NoSort);
+        std::stable_sort(names.begin(), names.end(), naturalLess);
+        for (const QString &name : names) files << dir.filePath(name);
     }
     QStringList matching;
     for (const QString &f : files)

@@ -76,8 +76,8 @@ public:
     const ThumbnailCache &cache() const { return cache_; }
     void setUseCache(bool on) { useCache_ = on; }
 
-    // The file order of the folder: the files of the folder in the order the file list shows
-    // them. Unset: the folder's files by name.
+    // The files of a folder in the order of the events. Unset: the folder's files in the
+    // order the file list shows them.
     std::function<QStringList(const QString &folder)> folderFiles;
     // Called once per file on the interface thread; returns the continue flag.
     std::function<bool(const ThumbEvent &)> onEvent;

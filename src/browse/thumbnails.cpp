@@ -50,19 +50,6 @@ Thumbnails::Thumbnails(PageHost &host, ThumbnailGrid *grid, Panes panes)
     connect(grid_, &ThumbnailGrid::cellClicked, this, &Thumbnails::cellClicked);
     connect(grid_, &ThumbnailGrid::cellDoubleClicked, this, &Thumbnails::cellDoubleClicked);
     Thumb1.onEvent = [this](const ThumbEvent &ev) { return onThumbEvent(ev); };
-    // The producer follows the order of the file list when it shows the folder browsed.
-    Thumb1.folderFiles = [this](const QString &folder) {
-        QStringList files;
-        if (panes_.listItems && QDir::cleanPath(listFolder().trimmed()) == QDir::cleanPath(folder)) {
-            for (const QString &p : panes_.listItems())
-                if (QFileInfo(p).isFile()) files << p;
-            return files;
-        }
-        const QDir dir(folder);
-        for (const QString &name : dir.entryList(QDir::Files, QDir::Name | QDir::IgnoreCase))
-            files << dir.filePath(name);
-        return files;
-    };
 }
 
 Thumbnails::~Thumbnails() = default;
