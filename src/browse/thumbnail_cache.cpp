@@ -84,10 +84,12 @@ QString ThumbnailCache::failPath(const QString &file) const
     return root_ + QStringLiteral("/fail/") + failFolderName() + u'/' + entryName(fileUri(file));
 }
 
-static bool entryMatches(QImageReader &r, const QByteArray &uri, qint64 mtime)
+// The keys are read from the decoded entry: QImageReader::text() splits keys at their
+// colons, so "Thumb::URI" is only whole on the image. Entries are small.
+static bool entryMatches(const QImage &entry, const QByteArray &uri, qint64 mtime)
 {
-    return r.text(QStringLiteral("Thumb::URI")).toUtf8() == uri
-        && r.text(QStringLiteral("Thumb::MTime")) == QString::number(mtime);
+    return entry.text(QStringLiteral("Thumb::URI")).toUtf8() == uri
+        && entry.text(QStringLiteral("Thumb::MTime")) == QString::number(mtime);
 }
 
 QImage ThumbnailCache::lookup(const QString &file, int size) const
@@ -101,8 +103,8 @@ QImage ThumbnailCache::lookup(const QString &file, int size) const
     // A cache entry is small: anything above the class size is not ours to trust.
     const QSize s = r.size();
     if (!s.isValid() || s.width() > size || s.height() > size) return QImage();
-    if (!entryMatches(r, fileUri(file), mtimeOf(fi))) return QImage();
     QImage img = r.read();
+    if (img.isNull() || !entryMatches(img, fileUri(file), mtimeOf(fi))) return QImage();
     return img;
 }
 
@@ -114,7 +116,9 @@ bool ThumbnailCache::failedBefore(const QString &file) const
     if (!fi.exists()) return false;
     QImageReader r(entry, "png");
     if (!r.canRead()) return false;
-    return entryMatches(r, fileUri(file), mtimeOf(fi));
+    const QSize s = r.size();
+    if (!s.isValid() || s.width() > 16 || s.height() > 16) return false;
+    return entryMatches(r.read(), fileUri(file), mtimeOf(fi));
 }
 
 bool ThumbnailCache::write(const QString &dir, const QString &name, const QImage &img, const QByteArray &uri,

@@ -246,6 +246,10 @@ bool Thumbnails::LoadThumbFiles(int firstRow, int lastRow)
 
 bool Thumbnails::onThumbEvent(const ThumbEvent &ev)
 {
+    if (beforeEvent) beforeEvent(ev);
+    // A Stop pressed while this file was being made ends the load here: this is the next
+    // file, and it gets no cell.
+    if (ThumbStopRequested) return false;
     // 1. A finished picture becomes a cell.
     if (ThumbnailMode && ev.status == ThumbOk) AddThumbnail(ev.path, ev);
     // 2. The one yield per file, where a press of Stop is seen.

@@ -60,8 +60,9 @@ public:
     QString stopPicture() const { return stopPicture_; }
     bool variableText(const QString &name, QString *out) const;
 
-    // Called after every event of the producer (tests: a press of Stop at a given file).
-    std::function<void(const ThumbEvent &)> afterEvent;
+    // Called as every event of the producer arrives and after it is handled (tests: a press
+    // of Stop while a file is made, or at a given file).
+    std::function<void(const ThumbEvent &)> beforeEvent, afterEvent;
 
 private:
     bool onThumbEvent(const ThumbEvent &ev);
