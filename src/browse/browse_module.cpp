@@ -118,7 +118,7 @@ void BrowseModule::build(QWidget *panel)
     panes.splitter = Splitter1;
     panes.tree = PTxShTree1;
     panes.listFolder = [this] { return PTxShList1->folder(); };
-    panes.listItems = [this] { return PTxShList1->itemPaths(); };
+    panes.listItemCount = [this] { return PTxShList1->itemCount(); };
     thumbs_ = std::make_unique<browse::Thumbnails>(host_, ImagList1, std::move(panes));
     ThumbnailMode = [this] { return thumbs_->ThumbnailMode; };
     ThumbLoadStopped = [this] { return thumbs_->ThumbLoadStopped; };

@@ -160,6 +160,18 @@ ThumbEvent makeThumbnailWithPictureDecoder(const QString &path, int width, int h
     return finish(ev, small, width, height, bits);
 }
 
+QStringList ThumbnailProducer::listFolder(const QString &folder)
+{
+    // The folder's own files, whatever the list's pattern, in file manager order.
+    const QDir dir(folder);
+    QStringList names = dir.entryList(QDir::Files, QDir::NoSort);
+    std::stable_sort(names.begin(), names.end(), naturalLess);
+    QStringList files;
+    files.reserve(names.size());
+    for (const QString &name : names) files << dir.filePath(name);
+    return files;
+}
+
 ThumbnailProducer::ThumbnailProducer() : pool_(std::make_unique<QThreadPool>())
 {
     pool_->setMaxThreadCount(qMax(1, QThread::idealThreadCount()));
@@ -210,19 +222,19 @@ int ThumbnailProducer::browse(const QString &folder, BrowseError *error)
         ~Leave() { --d; }
     } leave{depth_};
 
-    QStringList files;
-    if (folderFiles) files = folderFiles(folder);
-    else {
-        // The folder's own files, whatever the list's pattern, in the order the file list
-        // shows them.
-        const QDir dir(folder);
-        QStringList names = dir.entryList(QDir::Files, QDir::NoSort);
-        std::stable_sort(names.begin(), names.end(), naturalLess);
-        for (const QString &name : names) files << dir.filePath(name);
-    }
+    const QStringList files = folderFiles ? folderFiles(folder) : listFolder(folder);
     QStringList matching;
-    for (const QString &f : files)
-        if (matchesPatternList(QFileInfo(f).fileName(), fileMask)) matching << f;
+    // The mask of a row is "*." and one extension: a plain comparison of the name's end.
+    const QString mask = fileMask.trimmed();
+    const bool plainExt = mask.startsWith(QLatin1String("*.")) && !mask.mid(2).contains(u'*')
+        && !mask.mid(2).contains(u'?') && !mask.contains(u';');
+    const QString dotExt = mask.mid(1);
+    for (const QString &f : files) {
+        const bool match = plainExt ? f.endsWith(dotExt, Qt::CaseInsensitive) && f.size() > dotExt.size()
+                && f[f.size() - dotExt.size() - 1] != u'/'
+                                    : matchesPatternList(QFileInfo(f).fileName(), mask);
+        if (match) matching << f;
+    }
     if (matching.isEmpty()) return 0;
 
     auto cancelled = std::make_shared<std::atomic<bool>>(false);

@@ -90,6 +90,8 @@ public:
     // sets *error (ThumbErrStopped when onEvent said stop).
     int browse(const QString &folder, BrowseError *error);
     bool busy() const { return depth_ > 0; }
+    // The files of a folder in the order the file list shows them.
+    static QStringList listFolder(const QString &folder);
 
     QThreadPool *pool() const { return pool_.get(); }
 

@@ -50,6 +50,14 @@ Thumbnails::Thumbnails(PageHost &host, ThumbnailGrid *grid, Panes panes)
     connect(grid_, &ThumbnailGrid::cellClicked, this, &Thumbnails::cellClicked);
     connect(grid_, &ThumbnailGrid::cellDoubleClicked, this, &Thumbnails::cellDoubleClicked);
     Thumb1.onEvent = [this](const ThumbEvent &ev) { return onThumbEvent(ev); };
+    // Every row of a load browses the same folder: it is read once, at the first row.
+    Thumb1.folderFiles = [this](const QString &folder) {
+        if (folder != filesFolder_) {
+            filesFolder_ = folder;
+            folderFiles_ = ThumbnailProducer::listFolder(folder);
+        }
+        return folderFiles_;
+    };
 }
 
 Thumbnails::~Thumbnails() = default;
@@ -219,6 +227,7 @@ bool Thumbnails::LoadThumbFiles(int firstRow, int lastRow)
     }
     // 4. The loop.
     ThumbLoadBusy = true;
+    filesFolder_.clear();
     BusyScope busy;
     Thumb1.abandoned = [this, thisLoad] { return loads_ != thisLoad; };
     for (int row = firstRow; row <= lastRow; ++row) {
@@ -241,6 +250,8 @@ bool Thumbnails::LoadThumbFiles(int firstRow, int lastRow)
     }
     // 7.
     ThumbLoadBusy = false;
+    filesFolder_.clear();
+    folderFiles_.clear();
     return true;
 }
 

@@ -28,7 +28,7 @@ public:
         QWidget *splitter = nullptr;
         QWidget *tree = nullptr;
         std::function<QString()> listFolder;
-        std::function<QStringList()> listItems;  // display order, folders included
+        std::function<int()> listItemCount;  // folders included
     };
     Thumbnails(PageHost &host, ThumbnailGrid *grid, Panes panes);
     ~Thumbnails() override;
@@ -71,7 +71,7 @@ private:
     void setStopPlainForm();
     void setPointersBusy(bool on);
     QString listFolder() const { return panes_.listFolder ? panes_.listFolder() : QString(); }
-    bool listHasItems() const { return panes_.listItems && !panes_.listItems().isEmpty(); }
+    bool listHasItems() const { return panes_.listItemCount && panes_.listItemCount() > 0; }
 
     PageHost &host_;
     ThumbnailGrid *grid_;
@@ -79,6 +79,9 @@ private:
     ThumbnailProducer Thumb1;
     QString stopPicture_;
     bool busyPointer_ = false;
+    // The folder's files in list order, read once per load and shared by its rows.
+    QString filesFolder_;
+    QStringList folderFiles_;
     int loads_ = 0;
 };
 

@@ -1,0 +1,246 @@
+// The thumbnail grid inside the main window, where a press of Stop has to arrive at a chosen
+// moment of a load: while the first file is made, with the grid up, with the selection list
+// open; a file deleted during a load; a big folder that keeps the window responsive.
+#include "common/main_window_fixture.h"
+#include "app/tarnwick1.h"
+#include "browse/browse_module.h"
+#include "browse/shell_tree.h"
+#include "browse/thumbnail_grid.h"
+#include "browse/thumbnails.h"
+#include "core/colors.h"
+#include "core/globals.h"
+#include "core/tool_ids.h"
+#include "core/tool_manager.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QImage>
+#include <QMessageBox>
+#include <QSplitter>
+#include <QTest>
+#include <QTimer>
+#include <clocale>
+
+using namespace tw;
+
+class ThumbnailsWindowTest : public QObject {
+    Q_OBJECT
+    Tarnwick1 *w = nullptr;
+    QTimer boxWatch;
+    QStringList boxes;  // the text of every message box that came up
+    BrowseModule *browse() const { return static_cast<BrowseModule *>(w->page(1)); }
+    browse::Thumbnails *thumbs() const { return browse()->thumbnails(); }
+
+    QString folderOf(const QString &name, int pictures)
+    {
+        const QString dir = QDir::homePath() + u'/' + name;
+        QDir().mkpath(dir);
+        QImage img(48, 32, QImage::Format_RGB32);
+        img.fill(Qt::darkCyan);
+        QByteArray png;
+        {
+            QFile tmp(dir + QStringLiteral("/.seed.png"));
+            img.save(tmp.fileName(), "PNG");
+            tmp.open(QIODevice::ReadOnly);
+            png = tmp.readAll();
+            tmp.remove();
+        }
+        for (int i = 1; i <= pictures; ++i) {
+            QFile f(dir + QStringLiteral("/p%1.png").arg(i));
+            f.open(QIODevice::WriteOnly);
+            f.write(png);
+        }
+        return dir;
+    }
+    void showFolder(const QString &dir)
+    {
+        QVERIFY(browse()->PTxShTree1->selectPath(dir));
+        QTRY_COMPARE(browse()->listFolder(), dir);
+        QTRY_VERIFY(!browse()->listItemPaths().isEmpty());
+        // The first picture of the folder may have been shown by itself: back to the grid's tab.
+        w->selectTab(1);
+        QTRY_COMPARE(w->selectedTab(), 1);
+    }
+    void press(QLatin1String id) { w->OnToolClick(id); }
+
+private slots:
+    void init()
+    {
+        w = twtest::startMainWindow();
+        boxes.clear();
+        // Any box is noted and closed, so that a box where none belongs fails the test
+        // instead of hanging it.
+        boxWatch.setInterval(20);
+        connect(&boxWatch, &QTimer::timeout, this, [this] {
+            if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+                boxes << box->text();
+                box->accept();
+            }
+        });
+        boxWatch.start();
+    }
+    void cleanup()
+    {
+        boxWatch.stop();
+        boxWatch.disconnect();
+        G.Select1Visible = false;
+        delete w;
+        w = nullptr;
+    }
+
+    void stopWhileTheFirstFileIsMadeLeavesAnEmptyGridAndNoMessage()
+    {
+        showFolder(folderOf(QStringLiteral("first"), 5));
+        int events = 0;
+        thumbs()->beforeEvent = [&](const browse::ThumbEvent &) {
+            // The press reaches the program while the first picture is still being made.
+            if (events++ == 0) press(tool::ThumbNails);
+        };
+        press(tool::ThumbNails);
+        QCOMPARE(thumbs()->grid()->count(), 0);
+        QVERIFY2(boxes.isEmpty(), qPrintable(boxes.join(u'|')));
+        QVERIFY(thumbs()->ThumbLoadStopped);
+        QVERIFY(thumbs()->ThumbnailMode);
+        QVERIFY(!thumbs()->ThumbnailsShown);
+        QVERIFY(thumbs()->ThumbFolder.isEmpty());
+        QVERIFY(!thumbs()->grid()->isVisible());
+        QVERIFY(browse()->Splitter1->isVisible());
+        QCOMPARE(events, 1);
+        // The search walk sees the stopped load and ends on its first node, with no change.
+        QVERIFY(browse()->ThumbLoadStopped());
+        const QString folder = browse()->listFolder();
+        browse()->FindNext();
+        QCOMPARE(browse()->listFolder(), folder);
+        QVERIFY(boxes.isEmpty());
+    }
+
+    void stopWithTheGridUpKeepsTheCellsButNotTheFolder()
+    {
+        const QString dir = folderOf(QStringLiteral("six"), 6);
+        showFolder(dir);
+        int events = 0;
+        thumbs()->afterEvent = [&](const browse::ThumbEvent &) {
+            if (++events == 2) {
+                QVERIFY(w->ToolBarComp1->isVisible(tool::Stop));
+                QCOMPARE(w->ToolBarComp1->toolTip(tool::Stop), QStringLiteral("ThumbNails"));
+                QCOMPARE(QFileInfo(thumbs()->stopPicture()).fileName(), QStringLiteral("Stop.bmp"));
+                QVERIFY(!w->ToolBarComp1->isEnabled(tool::Find));
+                press(tool::Stop);
+            }
+        };
+        press(tool::ThumbNails);
+        thumbs()->afterEvent = nullptr;
+        QCOMPARE(thumbs()->grid()->count(), 2);
+        QVERIFY(thumbs()->grid()->isVisible());
+        QVERIFY(thumbs()->ThumbLoadStopped);
+        QVERIFY(thumbs()->ThumbnailMode);
+        QVERIFY(thumbs()->ThumbFolder.isEmpty());
+        QVERIFY(boxes.isEmpty());
+        QVERIFY(w->ToolBarComp1->isEnabled(tool::Find));
+        // The button now leaves the mode; entering again loads the folder anew.
+        QCOMPARE(w->ToolBarComp1->toolTip(tool::Stop), QStringLiteral("Explore Files"));
+        press(tool::Stop);
+        QVERIFY(!thumbs()->ThumbnailMode);
+        QVERIFY(browse()->Splitter1->isVisible());
+        const int loads = thumbs()->loadsBegun();
+        press(tool::ThumbNails);
+        QCOMPARE(thumbs()->loadsBegun(), loads + 1);
+        QCOMPARE(thumbs()->grid()->count(), 6);
+        QCOMPARE(thumbs()->ThumbFolder, dir);
+        QVERIFY(boxes.isEmpty());
+    }
+
+    void withTheSelectionListUpAClickOnlySelects()
+    {
+        const QString dir = folderOf(QStringLiteral("sel"), 3);
+        showFolder(dir);
+        press(tool::ThumbNails);
+        QCOMPARE(thumbs()->grid()->count(), 3);
+        G.Select1Visible = true;
+        G.SelectedFile.clear();
+        thumbs()->cellClicked(1);
+        QCOMPARE(G.SelectedFile, dir + QStringLiteral("/p2.png"));
+        QCOMPARE(thumbs()->grid()->selectionValue, 1);
+        QCOMPARE(w->selectedTab(), 1);
+        thumbs()->cellDoubleClicked(2);
+        QCOMPARE(G.SelectedFile, dir + QStringLiteral("/p3.png"));
+        QCOMPARE(w->selectedTab(), 1);
+        G.Select1Visible = false;
+        thumbs()->cellClicked(0);
+        QCOMPARE(w->selectedTab(), 2);
+        QCOMPARE(G.CurrentPage, 1);
+    }
+
+    void aFileDeletedDuringTheLoadIsSkipped()
+    {
+        const QString dir = folderOf(QStringLiteral("gone"), 40);
+        showFolder(dir);
+        int events = 0;
+        thumbs()->afterEvent = [&](const browse::ThumbEvent &) {
+            if (++events == 1)
+                for (int i = 31; i <= 40; ++i) QFile::remove(dir + QStringLiteral("/p%1.png").arg(i));
+        };
+        press(tool::ThumbNails);
+        thumbs()->afterEvent = nullptr;
+        QCOMPARE(thumbs()->grid()->count(), 30);
+        QCOMPARE(thumbs()->ThumbCount, 30);
+        QCOMPARE(events, 40);
+        QVERIFY(boxes.isEmpty());
+    }
+
+    void aBigFolderKeepsTheWindowResponsiveAndTheCellsSmall()
+    {
+        const QString dir = folderOf(QStringLiteral("big"), 2000);
+        showFolder(dir);
+        // A timer of the window keeps ticking while the grid fills.
+        QElapsedTimer clock;
+        qint64 last = 0, longestGap = 0;
+        int ticks = 0;
+        QTimer tick;
+        tick.setInterval(10);
+        connect(&tick, &QTimer::timeout, this, [&] {
+            const qint64 now = clock.elapsed();
+            if (now - last > 100)
+                qInfo("pause of %lld ms at %lld ms, %d cells", now - last, now, thumbs()->grid()->count());
+            longestGap = qMax(longestGap, now - last);
+            last = now;
+            ++ticks;
+        });
+        clock.start();
+        tick.start();
+        press(tool::ThumbNails);
+        tick.stop();
+        QCOMPARE(thumbs()->grid()->count(), 2000);
+        QVERIFY2(ticks > 10, qPrintable(QString::number(ticks)));
+        QVERIFY2(longestGap < 250, qPrintable(QString::number(longestGap)));
+        const QImage cell = thumbs()->grid()->picture(1999);
+        QVERIFY(cell.width() <= 105 && cell.height() <= 105);
+        QCOMPARE(cell.format(), QImage::Format_RGB16);
+        qInfo("2000 cells in %lld ms, longest pause %lld ms", clock.elapsed(), longestGap);
+    }
+
+    void theGridTakesTheThumbnailColours()
+    {
+        showFolder(folderOf(QStringLiteral("colours"), 1));
+        press(tool::ThumbNails);
+        const QPalette p = thumbs()->grid()->palette();
+        QCOMPARE(p.color(QPalette::Base), toQColor(G.Colors.ThumbWindowBack));
+        QCOMPARE(p.color(QPalette::Text), toQColor(G.Colors.ThumbWindowText));
+        const QModelIndex cell = thumbs()->grid()->model()->index(0, 0);
+        QCOMPARE(cell.data(Qt::BackgroundRole).value<QBrush>().color(), toQColor(G.Colors.ThumbBack));
+        QCOMPARE(cell.data(Qt::ForegroundRole).value<QBrush>().color(), toQColor(G.Colors.ThumbText));
+        QCOMPARE(cell.data(Qt::DisplayRole).toString(), QStringLiteral("p1.png"));
+    }
+};
+
+int main(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    std::setlocale(LC_NUMERIC, "C");
+    ThumbnailsWindowTest t;
+    return QTest::qExec(&t, argc, argv);
+}
+
+#include "thumbnails_window_test.moc"
