@@ -192,7 +192,10 @@ private slots:
 
     void aBigFolderKeepsTheWindowResponsiveAndTheCellsSmall()
     {
-        const QString dir = folderOf(QStringLiteral("big"), 2000);
+        const int pictures = qEnvironmentVariableIntValue("TW_THUMB_FOLDER_SIZE") > 0
+            ? qEnvironmentVariableIntValue("TW_THUMB_FOLDER_SIZE")
+            : 2000;
+        const QString dir = folderOf(QStringLiteral("big"), pictures);
         showFolder(dir);
         // A timer of the window keeps ticking while the grid fills.
         QElapsedTimer clock;
@@ -212,13 +215,19 @@ private slots:
         tick.start();
         press(tool::ThumbNails);
         tick.stop();
-        QCOMPARE(thumbs()->grid()->count(), 2000);
+        QCOMPARE(thumbs()->grid()->count(), pictures);
         QVERIFY2(ticks > 10, qPrintable(QString::number(ticks)));
-        QVERIFY2(longestGap < 250, qPrintable(QString::number(longestGap)));
-        const QImage cell = thumbs()->grid()->picture(1999);
+        QVERIFY2(longestGap < 300, qPrintable(QString::number(longestGap)));
+        const QImage cell = thumbs()->grid()->picture(pictures - 1);
         QVERIFY(cell.width() <= 105 && cell.height() <= 105);
         QCOMPARE(cell.format(), QImage::Format_RGB16);
-        qInfo("2000 cells in %lld ms, longest pause %lld ms", clock.elapsed(), longestGap);
+        QFile status(QStringLiteral("/proc/self/status"));
+        QByteArray rss;
+        if (status.open(QIODevice::ReadOnly))
+            for (const QByteArray &line : status.readAll().split('\n'))
+                if (line.startsWith("VmRSS")) rss = line.simplified();
+        qInfo("%d cells in %lld ms, longest pause %lld ms, %s", thumbs()->grid()->count(), clock.elapsed(),
+              longestGap, rss.constData());
     }
 
     void theGridTakesTheThumbnailColours()
