@@ -185,6 +185,8 @@ void BrowseModule::entered()
 
 void BrowseModule::shutDown()
 {
+    // A thumbnail load still running ends at its next file.
+    if (thumbs_ && thumbs_->ThumbLoadBusy) thumbs_->ThumbStopRequested = true;
     // 4. The folder of the list.
     if (G.Options.SaveLastFolder) G.Options.LastFolder = listFolder();
 }

@@ -20,6 +20,7 @@
 #include <QMessageBox>
 #include <QSplitter>
 #include <QTest>
+#include <QThreadPool>
 #include <QTimer>
 #include <clocale>
 
@@ -228,6 +229,36 @@ private slots:
                 if (line.startsWith("VmRSS")) rss = line.simplified();
         qInfo("%d cells in %lld ms, longest pause %lld ms, %s", thumbs()->grid()->count(), clock.elapsed(),
               longestGap, rss.constData());
+    }
+
+    void aProducerWithoutWorkersGivesTheTwoErrorBoxes()
+    {
+        showFolder(folderOf(QStringLiteral("noworkers"), 2));
+        thumbs()->producer().pool()->setMaxThreadCount(0);
+        press(tool::ThumbNails);
+        QTRY_COMPARE(boxes.size(), 3);
+        QCOMPARE(boxes.value(0),
+                 QStringLiteral("Error in generating ThumbNails - Please Exit the Program and Retry"));
+        QCOMPARE(
+            boxes.value(1),
+            QStringLiteral("Error - -2147417848 - The object invoked has disconnected from its clients."));
+        QCOMPARE(boxes.value(2), QStringLiteral("      No Thumbnails to Display"));
+        QVERIFY(!thumbs()->ThumbnailMode);
+        QVERIFY(!thumbs()->ThumbLoadBusy);
+    }
+
+    void shutdownDuringALoadEndsItAtTheNextFile()
+    {
+        showFolder(folderOf(QStringLiteral("closing"), 30));
+        int events = 0;
+        thumbs()->afterEvent = [&](const browse::ThumbEvent &) {
+            if (++events == 3) browse()->shutDown();
+        };
+        press(tool::ThumbNails);
+        thumbs()->afterEvent = nullptr;
+        QCOMPARE(events, 3);
+        QCOMPARE(thumbs()->grid()->count(), 3);
+        QVERIFY(!thumbs()->ThumbLoadBusy);
     }
 
     void theGridTakesTheThumbnailColours()
