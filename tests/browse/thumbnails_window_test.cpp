@@ -261,6 +261,27 @@ private slots:
         QVERIFY(!thumbs()->ThumbLoadBusy);
     }
 
+    void aFolderChangeDuringALoadLoadsTheNewFolderAlone()
+    {
+        const QString first = folderOf(QStringLiteral("firstfolder"), 20);
+        const QString second = folderOf(QStringLiteral("secondfolder"), 4);
+        showFolder(first);
+        int events = 0;
+        thumbs()->afterEvent = [&](const browse::ThumbEvent &) {
+            // The user picks another folder in the tree while the first one loads.
+            if (++events == 2) QVERIFY(browse()->PTxShTree1->selectPath(second));
+        };
+        press(tool::ThumbNails);
+        thumbs()->afterEvent = nullptr;
+        QCOMPARE(thumbs()->grid()->count(), 4);
+        for (int i = 0; i < 4; ++i) QVERIFY(thumbs()->grid()->fileName(i).startsWith(second + u'/'));
+        QCOMPARE(thumbs()->ThumbFolder, second);
+        QVERIFY(thumbs()->ThumbnailsShown);
+        QVERIFY(!thumbs()->ThumbLoadBusy);
+        QVERIFY(w->ToolBarComp1->isEnabled(tool::Find));
+        QVERIFY(boxes.isEmpty());
+    }
+
     void theGridTakesTheThumbnailColours()
     {
         showFolder(folderOf(QStringLiteral("colours"), 1));
