@@ -98,10 +98,14 @@ ThumbEvent makeThumbnail(const QString &path, int width, int height, int bits, c
     if (!fi.exists() || !fi.isFile()) return failed(ev, ThumbFileMissing, nullptr);
     const int cls = ThumbnailCache::classSize(qMax(width, height));
     if (cache) {
-        const QImage cached = cache->lookup(path, cls);
-        if (!cached.isNull()) {
-            ev.fromCache = true;
-            return finish(ev, cached, width, height, bits);
+        // The entry of the thumbnail's own size, else one of a larger size that another
+        // program made (scaled down here, and left as it is).
+        for (int size = cls; size <= 1024; size *= 2) {
+            const QImage cached = cache->lookup(path, size);
+            if (!cached.isNull()) {
+                ev.fromCache = true;
+                return finish(ev, cached, width, height, bits);
+            }
         }
         if (cache->failedBefore(path)) return failed(ev, ThumbUnreadable, nullptr);
     }

@@ -227,6 +227,27 @@ TEST_F(ThumbCacheTest, AnEntryMadeByAnotherProgramIsUsed)
     EXPECT_EQ(QColor(ev.picture.pixel(10, 10)), QColor(Qt::red));
 }
 
+TEST_F(ThumbCacheTest, ALargerEntryOfAnotherProgramServesASmallerThumbnail)
+{
+    const QString file = pics + QStringLiteral("/wide.png");
+    QImage blue(600, 300, QImage::Format_RGB32);
+    blue.fill(Qt::blue);
+    writePicture(file, blue);
+    QImage red(256, 128, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    red.setText(QStringLiteral("Thumb::URI"), QString::fromUtf8(ThumbnailCache::fileUri(file)));
+    red.setText(QStringLiteral("Thumb::MTime"), QString::number(mtimeSecs(file)));
+    ThumbnailCache cache(root);
+    QDir().mkpath(root + QStringLiteral("/large"));
+    ASSERT_TRUE(red.save(cache.entryPath(file, 256), "PNG"));
+    const ThumbEvent ev = make(file, cache);
+    ASSERT_EQ(ev.status, ThumbOk);
+    EXPECT_TRUE(ev.fromCache);
+    EXPECT_EQ(ev.picture.size(), QSize(105, 52));
+    EXPECT_EQ(QColor(ev.picture.pixel(5, 5)), QColor(Qt::red));
+    EXPECT_FALSE(QFileInfo::exists(cache.entryPath(file, 128)));
+}
+
 TEST_F(ThumbCacheTest, StaleInvalidAndForeignEntriesAreRebuilt)
 {
     const QString file = pics + QStringLiteral("/c.png");
