@@ -7,6 +7,7 @@
 #include "browse/shell_tree.h"
 #include "browse/thumbnail_grid.h"
 #include "browse/thumbnails.h"
+#include "core/catalogue.h"
 #include "core/colors.h"
 #include "core/globals.h"
 #include "core/tool_ids.h"
@@ -279,6 +280,39 @@ private slots:
         QVERIFY(thumbs()->ThumbnailsShown);
         QVERIFY(!thumbs()->ThumbLoadBusy);
         QVERIFY(w->ToolBarComp1->isEnabled(tool::Find));
+        QVERIFY(boxes.isEmpty());
+    }
+
+    void theLastPictureCellIsLoadedOnlyWhenAPatternNamesIt()
+    {
+        // A file of the last picture row (MSP) that no decoder can read: when its row is
+        // loaded, the attempt leaves its mark in the cache's fail folder.
+        const QString dir = folderOf(QStringLiteral("msp"), 1);
+        const QString msp = dir + QStringLiteral("/old.msp");
+        {
+            QFile f(msp);
+            QVERIFY(f.open(QIODevice::WriteOnly));
+            f.write("not a Microsoft Paint file");
+        }
+        showFolder(dir);
+        const browse::ThumbnailCache &cache = thumbs()->producer().cache();
+        QCOMPARE(G.CurrentFilterRow, 35);
+        press(tool::ThumbNails);
+        QCOMPARE(thumbs()->grid()->count(), 1);
+        QVERIFY(!QFileInfo::exists(cache.failPath(msp)));
+        press(tool::Stop);
+        QVERIFY(!thumbs()->ThumbnailMode);
+
+        const QString saved = Cat.FilterPatterns[0];
+        G.CurrentFilterRow = 0;
+        Cat.FilterPatterns[0] = QStringLiteral("*.JPG;*.MSP");
+        thumbs()->ThumbFolder.clear();
+        press(tool::ThumbNails);
+        Cat.FilterPatterns[0] = saved;
+        G.CurrentFilterRow = 35;
+        // Rows JPG to MSP: the PNG row is inside the run, and the MSP file was tried.
+        QCOMPARE(thumbs()->grid()->count(), 1);
+        QVERIFY(QFileInfo::exists(cache.failPath(msp)));
         QVERIFY(boxes.isEmpty());
     }
 
