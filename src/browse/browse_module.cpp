@@ -3,6 +3,8 @@
 #include "browse/find_dialog.h"
 #include "browse/shell_list.h"
 #include "browse/shell_tree.h"
+#include "browse/thumbnail_grid.h"
+#include "browse/thumbnails.h"
 #include "core/busy.h"
 #include "core/catalogue.h"
 #include "core/colors.h"
@@ -101,6 +103,9 @@ void BrowseModule::build(QWidget *panel)
     PTxShList1 = new ShellList(Splitter1);
     Splitter1->addWidget(PTxShTree1);
     Splitter1->addWidget(PTxShList1);
+    // The thumbnail grid takes the place of the splitter while the mode is on.
+    ImagList1 = new browse::ThumbnailGrid(panel);
+    lay->addWidget(ImagList1);
     PTxShTree1->setRoots(browse::ShellTreeModel::platformRoots());
     // The tree drives the list, and the list's own moves take the tree along.
     PTxShTree1->setLinkedList(PTxShList1);
@@ -108,6 +113,18 @@ void BrowseModule::build(QWidget *panel)
 
     walkHost_ = std::make_unique<Host>(*this);
     engine_ = std::make_unique<browse::SearchEngine>(Search, *PTxShTree1->nodes(), File1, *walkHost_);
+
+    browse::Thumbnails::Panes panes;
+    panes.splitter = Splitter1;
+    panes.tree = PTxShTree1;
+    panes.listFolder = [this] { return PTxShList1->folder(); };
+    panes.listItemCount = [this] { return PTxShList1->itemCount(); };
+    thumbs_ = std::make_unique<browse::Thumbnails>(host_, ImagList1, std::move(panes));
+    ThumbnailMode = [this] { return thumbs_->ThumbnailMode; };
+    ThumbLoadStopped = [this] { return thumbs_->ThumbLoadStopped; };
+    LoadThumbnails = [this] { thumbs_->LoadThumbnails(); };
+    ShowExplorerPanes = [this] { thumbs_->ShowExplorerPanes(); };
+    ClearThumbnailFolder = [this] { thumbs_->ThumbFolder.clear(); };
 
     connect(PTxShTree1, &ShellTree::folderChanged, this, &BrowseModule::onTreeFolderChanged);
     connect(PTxShTree1, &ShellTree::escapePressed, this, &BrowseModule::escapePressed);
@@ -168,6 +185,8 @@ void BrowseModule::entered()
 
 void BrowseModule::shutDown()
 {
+    // A thumbnail load still running ends at its next file.
+    if (thumbs_ && thumbs_->ThumbLoadBusy) thumbs_->ThumbStopRequested = true;
     // 4. The folder of the list.
     if (G.Options.SaveLastFolder) G.Options.LastFolder = listFolder();
 }
@@ -188,7 +207,9 @@ QStringList BrowseModule::handledTools() const
             tool::ListIcons,
             tool::Details,
             tool::ViewBtn,
-            tool::mnuViewDropDownMenu};
+            tool::mnuViewDropDownMenu,
+            tool::ThumbNails,
+            tool::Stop};
 }
 
 bool BrowseModule::toolClick(const QString &id)
@@ -204,6 +225,7 @@ bool BrowseModule::toolClick(const QString &id)
     else if (id == tool::ListIcons) setViewStyle(2);
     else if (id == tool::Details) setViewStyle(3);
     else if (id == tool::ViewBtn) host_.tools().dropDown(id);
+    else if (id == tool::ThumbNails || id == tool::Stop) thumbs_->ToggleThumbnails();
     else if (id == tool::mnuViewDropDownMenu) {
         // The pop-up list itself; its entries are the four view tools.
     } else return false;
@@ -225,6 +247,7 @@ bool BrowseModule::variableText(const QString &name, QString *out) const
         *out = thumbnailMode() ? QStringLiteral("true") : QStringLiteral("false");
         return true;
     }
+    if (thumbs_ && thumbs_->variableText(name, out)) return true;
     return Search.variableText(name, out);
 }
 
@@ -335,6 +358,7 @@ void BrowseModule::applyColors()
     paintPalette(p, c.ListBack, c.ListText);
     PTxShTree1->setPalette(p);
     PTxShList1->setColors(back, text);
+    thumbs_->applyColors();
 }
 
 QString BrowseModule::listFolder() const { return PTxShList1 ? PTxShList1->folder() : QString(); }

@@ -18,6 +18,10 @@ namespace tw {
 
 class ShellTree;
 class ShellList;
+namespace browse {
+class Thumbnails;
+class ThumbnailGrid;
+}  // namespace browse
 
 class BrowseModule : public QObject, public TabPage, public ExplorerSide {
     Q_OBJECT
@@ -72,6 +76,10 @@ public:
     std::function<void()> ShowExplorerPanes;
     std::function<void()> ClearThumbnailFolder;
 
+    // The thumbnail grid ImagList1 and its routines; made with the panes.
+    browse::ThumbnailGrid *ImagList1 = nullptr;
+    browse::Thumbnails *thumbnails() const { return thumbs_.get(); }
+
 protected:
     void build(QWidget *panel) override;
     bool eventFilter(QObject *o, QEvent *e) override;
@@ -88,6 +96,7 @@ private:
     std::unique_ptr<Host> walkHost_;
     bool splitterPlaced_ = false;
     std::unique_ptr<browse::SearchEngine> engine_;
+    std::unique_ptr<browse::Thumbnails> thumbs_;
 };
 
 }  // namespace tw

@@ -70,8 +70,6 @@ private slots:
                                      "ID_mnuHelpAbout",
                                      "ID_Select",
                                      "ID_Print",
-                                     "ID_ThumbNails",
-                                     "ID_Stop",
                                      "ID_EditImage",
                                      "ID_EditColors",
                                      "ID_PrintImage",

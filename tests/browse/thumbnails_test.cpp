@@ -1,0 +1,516 @@
+// The thumbnail side without the window: the run of extension rows, the colour depths, the
+// desktop's thumbnail cache, the making of one thumbnail from good and bad files, and the
+// producer's order of events and its stop.
+#include "browse/thumbnail_cache.h"
+#include "browse/thumbnail_producer.h"
+#include "browse/thumbnails.h"
+#include "core/catalogue.h"
+
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QImageWriter>
+#include <QTemporaryDir>
+#include <QUrl>
+#include <gtest/gtest.h>
+
+using namespace tw;
+using namespace tw::browse;
+
+namespace {
+
+struct CatalogueReady {
+    CatalogueReady()
+    {
+        Cat.fillFilters();
+        Cat.fillExtensions();
+    }
+};
+
+QImage colourful(int w, int h)
+{
+    QImage img(w, h, QImage::Format_RGB32);
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < w; ++x) img.setPixel(x, y, qRgb(x * 255 / w, y * 255 / h, (x + y) % 256));
+    return img;
+}
+
+void writePicture(const QString &path, const QImage &img, const char *format = nullptr)
+{
+    QImageWriter w(path, format);
+    ASSERT_TRUE(w.write(img)) << path.toStdString();
+}
+
+uint32_t crc32(const QByteArray &data)
+{
+    uint32_t c = 0xFFFFFFFFu;
+    for (char ch : data) {
+        c ^= uint8_t(ch);
+        for (int k = 0; k < 8; ++k) c = (c >> 1) ^ (0xEDB88320u & (0u - (c & 1u)));
+    }
+    return c ^ 0xFFFFFFFFu;
+}
+
+// A PNG whose header claims width x height pixels, with no pixels behind it.
+QByteArray pngHeaderOnly(uint32_t width, uint32_t height)
+{
+    QByteArray png("\x89PNG\r\n\x1a\n", 8);
+    QByteArray ihdr("IHDR");
+    for (uint32_t v : {width, height}) {
+        ihdr.append(char(v >> 24)).append(char(v >> 16)).append(char(v >> 8)).append(char(v));
+    }
+    ihdr.append(char(8)).append(char(2)).append(char(0)).append(char(0)).append(char(0));
+    png.append(QByteArray("\0\0\0\x0d", 4)).append(ihdr);
+    const uint32_t c = crc32(ihdr);
+    png.append(char(c >> 24)).append(char(c >> 16)).append(char(c >> 8)).append(char(c));
+    // A first data chunk, so that a reader of the header finds where the pixels would begin.
+    const QByteArray idat("IDAT\x78\x9c", 6);
+    png.append(QByteArray("\0\0\0\x02", 4)).append(idat);
+    const uint32_t d = crc32(idat);
+    png.append(char(d >> 24)).append(char(d >> 16)).append(char(d >> 8)).append(char(d));
+    return png;
+}
+
+int64_t mtimeSecs(const QString &p) { return QFileInfo(p).lastModified().toSecsSinceEpoch(); }
+
+}  // namespace
+
+TEST(ThumbnailRows, AllFilesRowRunsFromJpgToImgAndLeavesOutTheLastPictureCell)
+{
+    CatalogueReady ready;
+    int first = 0, last = 0;
+    thumbnailRows(35, Cat.FilterPatterns[35].trimmed(), &first, &last);
+    EXPECT_EQ(first, 0);
+    EXPECT_EQ(last, 38);
+    EXPECT_EQ(Cat.FileExtTable[39], QStringLiteral("MSP"));
+}
+
+TEST(ThumbnailRows, APatternThatNamesTheLastPictureCellReachesIt)
+{
+    CatalogueReady ready;
+    int first = 0, last = 0;
+    thumbnailRows(0, QStringLiteral("*.JPG;*.MSP"), &first, &last);
+    EXPECT_EQ(first, 0);
+    EXPECT_EQ(last, 39);
+    thumbnailRows(0, QStringLiteral("*.msp"), &first, &last);
+    EXPECT_EQ(first, 39);
+    EXPECT_EQ(last, 39);
+}
+
+TEST(ThumbnailRows, FirstFoundAndLastFoundNotSmallestAndLargest)
+{
+    CatalogueReady ready;
+    int first = 0, last = 0;
+    // Exif: TIFF (4), TIF (5), JPG (0): first 4, last 0; the caller swaps them to 0..4.
+    thumbnailRows(7, Cat.FilterPatterns[7].trimmed(), &first, &last);
+    EXPECT_EQ(first, 4);
+    EXPECT_EQ(last, 0);
+    // The 1-bit row: MAC (37) first, CAL (36) last; MSP (39) in the middle is not reached.
+    thumbnailRows(30, Cat.FilterPatterns[30].trimmed(), &first, &last);
+    EXPECT_EQ(first, 37);
+    EXPECT_EQ(last, 36);
+}
+
+TEST(ThumbnailRows, NoPictureExtensionGivesNoRun)
+{
+    CatalogueReady ready;
+    int first = 0, last = 0;
+    thumbnailRows(26, Cat.FilterPatterns[26].trimmed(), &first, &last);
+    EXPECT_EQ(first, -1);
+    EXPECT_EQ(last, -1);
+    thumbnailRows(3, QString(), &first, &last);
+    EXPECT_EQ(first, -1);
+}
+
+TEST(ThumbnailColours, EachDepthLimitsTheColours)
+{
+    const QImage src = colourful(64, 48);
+    EXPECT_EQ(reduceColors(src, 32).format(), QImage::Format_RGB32);
+    EXPECT_EQ(reduceColors(src, 24).pixel(10, 10), src.pixel(10, 10));
+    EXPECT_EQ(reduceColors(src, 16).format(), QImage::Format_RGB16);
+    const QImage eight = reduceColors(src, 8);
+    EXPECT_EQ(eight.format(), QImage::Format_Indexed8);
+    EXPECT_LE(eight.colorCount(), 256);
+    for (int bits = 2; bits <= 7; ++bits) {
+        const QImage r = reduceColors(src, bits);
+        EXPECT_EQ(r.format(), QImage::Format_Indexed8);
+        EXPECT_EQ(r.colorCount(), 1 << bits) << bits;
+    }
+    const QImage mono = reduceColors(src, 1);
+    EXPECT_EQ(mono.format(), QImage::Format_Mono);
+    EXPECT_EQ(mono.size(), src.size());
+}
+
+class ThumbCacheTest : public ::testing::Test {
+protected:
+    QTemporaryDir tmp;
+    QString root, pics;
+    void SetUp() override
+    {
+        ASSERT_TRUE(tmp.isValid());
+        root = tmp.path() + QStringLiteral("/cache/thumbnails");
+        pics = tmp.path() + QStringLiteral("/pics");
+        QDir().mkpath(pics);
+    }
+    ThumbEvent make(const QString &path, const ThumbnailCache &cache, int size = 105, int bits = 24)
+    {
+        bool other = false;
+        ThumbEvent ev = makeThumbnail(path, size, size, bits, &cache, 16384LL * 16384, &other);
+        EXPECT_FALSE(other);
+        return ev;
+    }
+};
+
+TEST_F(ThumbCacheTest, EntryNamedByMd5OfUriWithUriMtimeAndPrivateMode)
+{
+    const QString file = pics + QStringLiteral("/a b.jpg");
+    writePicture(file, colourful(400, 300), "jpeg");
+    ThumbnailCache cache(root);
+    const ThumbEvent ev = make(file, cache);
+    ASSERT_EQ(ev.status, ThumbOk);
+    EXPECT_FALSE(ev.fromCache);
+    EXPECT_LE(ev.picture.width(), 105);
+    EXPECT_EQ(ev.sourceWidth, 400);
+
+    const QByteArray uri = QUrl::fromLocalFile(file).toEncoded();
+    EXPECT_TRUE(uri.startsWith("file:///"));
+    EXPECT_TRUE(uri.contains("a%20b.jpg"));
+    const QString md5 = QString::fromLatin1(QCryptographicHash::hash(uri, QCryptographicHash::Md5).toHex());
+    const QString entry = root + QStringLiteral("/normal/") + md5 + QStringLiteral(".png");
+    ASSERT_TRUE(QFileInfo::exists(entry));
+    EXPECT_EQ(QFileInfo(entry).permissions(),
+              QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadUser
+                  | QFileDevice::WriteUser);
+    const QImage stored(entry);
+    EXPECT_EQ(stored.text(QStringLiteral("Thumb::URI")).toUtf8(), uri);
+    EXPECT_EQ(stored.text(QStringLiteral("Thumb::MTime")), QString::number(mtimeSecs(file)));
+    EXPECT_EQ(stored.size(), QSize(128, 96));
+    // Nothing but the entry is left in the folder (the temporary file was renamed).
+    EXPECT_EQ(QDir(root + QStringLiteral("/normal")).entryList(QDir::Files | QDir::Hidden).size(), 1);
+
+    const ThumbEvent again = make(file, cache);
+    EXPECT_EQ(again.status, ThumbOk);
+    EXPECT_TRUE(again.fromCache);
+}
+
+TEST_F(ThumbCacheTest, LargerThumbnailsUseTheLargeFolder)
+{
+    const QString file = pics + QStringLiteral("/big.png");
+    writePicture(file, colourful(600, 400));
+    ThumbnailCache cache(root);
+    EXPECT_EQ(make(file, cache, 200).status, ThumbOk);
+    EXPECT_TRUE(QFileInfo::exists(cache.entryPath(file, 256)));
+    EXPECT_TRUE(cache.entryPath(file, 256).contains(QStringLiteral("/large/")));
+}
+
+TEST_F(ThumbCacheTest, AnEntryMadeByAnotherProgramIsUsed)
+{
+    const QString file = pics + QStringLiteral("/blue.png");
+    QImage blue(300, 200, QImage::Format_RGB32);
+    blue.fill(Qt::blue);
+    writePicture(file, blue);
+    // The desktop's file manager made this one (red, so that it can be told apart).
+    QImage red(128, 85, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    red.setText(QStringLiteral("Thumb::URI"), QString::fromUtf8(ThumbnailCache::fileUri(file)));
+    red.setText(QStringLiteral("Thumb::MTime"), QString::number(mtimeSecs(file)));
+    ThumbnailCache cache(root);
+    QDir().mkpath(root + QStringLiteral("/normal"));
+    ASSERT_TRUE(red.save(cache.entryPath(file, 128), "PNG"));
+    const ThumbEvent ev = make(file, cache);
+    ASSERT_EQ(ev.status, ThumbOk);
+    EXPECT_TRUE(ev.fromCache);
+    EXPECT_EQ(QColor(ev.picture.pixel(10, 10)), QColor(Qt::red));
+}
+
+TEST_F(ThumbCacheTest, ALargerEntryOfAnotherProgramServesASmallerThumbnail)
+{
+    const QString file = pics + QStringLiteral("/wide.png");
+    QImage blue(600, 300, QImage::Format_RGB32);
+    blue.fill(Qt::blue);
+    writePicture(file, blue);
+    QImage red(256, 128, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    red.setText(QStringLiteral("Thumb::URI"), QString::fromUtf8(ThumbnailCache::fileUri(file)));
+    red.setText(QStringLiteral("Thumb::MTime"), QString::number(mtimeSecs(file)));
+    ThumbnailCache cache(root);
+    QDir().mkpath(root + QStringLiteral("/large"));
+    ASSERT_TRUE(red.save(cache.entryPath(file, 256), "PNG"));
+    const ThumbEvent ev = make(file, cache);
+    ASSERT_EQ(ev.status, ThumbOk);
+    EXPECT_TRUE(ev.fromCache);
+    EXPECT_EQ(ev.picture.size(), QSize(105, 52));
+    EXPECT_EQ(QColor(ev.picture.pixel(5, 5)), QColor(Qt::red));
+    EXPECT_FALSE(QFileInfo::exists(cache.entryPath(file, 128)));
+}
+
+TEST_F(ThumbCacheTest, StaleInvalidAndForeignEntriesAreRebuilt)
+{
+    const QString file = pics + QStringLiteral("/c.png");
+    writePicture(file, colourful(300, 300));
+    ThumbnailCache cache(root);
+    ASSERT_EQ(make(file, cache).status, ThumbOk);
+    const QString entry = cache.entryPath(file, 128);
+
+    // Stale: the file changed since.
+    QFile f(file);
+    ASSERT_TRUE(f.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(
+        f.setFileTime(QDateTime::currentDateTime().addSecs(-3600), QFileDevice::FileModificationTime));
+    f.close();
+    EXPECT_TRUE(cache.lookup(file, 128).isNull());
+    ThumbEvent ev = make(file, cache);
+    EXPECT_FALSE(ev.fromCache);
+    EXPECT_EQ(QImage(entry).text(QStringLiteral("Thumb::MTime")), QString::number(mtimeSecs(file)));
+    EXPECT_TRUE(make(file, cache).fromCache);
+
+    // Not a PNG.
+    {
+        QFile e(entry);
+        ASSERT_TRUE(e.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        e.write("not a png at all");
+    }
+    ev = make(file, cache);
+    EXPECT_EQ(ev.status, ThumbOk);
+    EXPECT_FALSE(ev.fromCache);
+    EXPECT_TRUE(make(file, cache).fromCache);
+
+    // The entry of another file under this name.
+    QImage other(64, 64, QImage::Format_RGB32);
+    other.fill(Qt::green);
+    other.setText(QStringLiteral("Thumb::URI"), QStringLiteral("file:///somewhere/else.png"));
+    other.setText(QStringLiteral("Thumb::MTime"), QString::number(mtimeSecs(file)));
+    ASSERT_TRUE(other.save(entry, "PNG"));
+    ev = make(file, cache);
+    EXPECT_FALSE(ev.fromCache);
+    EXPECT_EQ(QImage(entry).text(QStringLiteral("Thumb::URI")).toUtf8(), ThumbnailCache::fileUri(file));
+}
+
+TEST_F(ThumbCacheTest, FailuresAreRecordedUnderTheProgramsFailFolder)
+{
+    const QString file = pics + QStringLiteral("/broken.jpg");
+    {
+        QFile f(file);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write("\xff\xd8\xff\xe0 this is not really a JPEG");
+    }
+    ThumbnailCache cache(root);
+    EXPECT_FALSE(cache.failedBefore(file));
+    const ThumbEvent ev = make(file, cache);
+    EXPECT_EQ(ev.status, ThumbUnreadable);
+    const QString fail = cache.failPath(file);
+    EXPECT_TRUE(fail.contains(QStringLiteral("/fail/tarnwick-2.0/")));
+    EXPECT_TRUE(QFileInfo::exists(fail));
+    EXPECT_TRUE(cache.failedBefore(file));
+    EXPECT_EQ(make(file, cache).status, ThumbUnreadable);
+    EXPECT_FALSE(QFileInfo::exists(cache.entryPath(file, 128)));
+}
+
+TEST_F(ThumbCacheTest, AnUnwritableCacheMeansNoCacheAndStillAThumbnail)
+{
+    const QString file = pics + QStringLiteral("/d.png");
+    writePicture(file, colourful(200, 100));
+    // The cache's place is taken by a plain file: no folder can be made there.
+    const QString blocked = tmp.path() + QStringLiteral("/blocked");
+    {
+        QFile b(blocked);
+        ASSERT_TRUE(b.open(QIODevice::WriteOnly));
+    }
+    ThumbnailCache cache(blocked + QStringLiteral("/thumbnails"));
+    const ThumbEvent ev = make(file, cache);
+    EXPECT_EQ(ev.status, ThumbOk);
+    EXPECT_FALSE(ev.picture.isNull());
+    EXPECT_FALSE(cache.store(file, 128, ev.picture));
+    EXPECT_TRUE(make(file, cache).status == ThumbOk);
+}
+
+TEST_F(ThumbCacheTest, ExifOrientationIsHonoured)
+{
+    // A JPEG of 400 x 100 pixels whose Exif block says "turn a quarter" (orientation 6).
+    const QString plain = pics + QStringLiteral("/plain.jpg");
+    writePicture(plain, colourful(400, 100), "jpeg");
+    QFile f(plain);
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    QByteArray data = f.readAll();
+    f.close();
+    const QByteArray app1("\xff\xe1\x00\x22"
+                          "Exif\0\0"
+                          "MM\0\x2a\0\0\0\x08"
+                          "\0\x01"
+                          "\x01\x12\x00\x03\x00\x00\x00\x01\x00\x06\x00\x00"
+                          "\0\0\0\0",
+                          36);
+    data.insert(2, app1);
+    const QString file = pics + QStringLiteral("/turned.jpg");
+    QFile g(file);
+    ASSERT_TRUE(g.open(QIODevice::WriteOnly));
+    g.write(data);
+    g.close();
+    QImageReader plainReader(file);
+    plainReader.setAutoTransform(false);
+    ASSERT_EQ(plainReader.read().size(), QSize(400, 100));
+    const ThumbEvent ev = make(file, ThumbnailCache(root));
+    ASSERT_EQ(ev.status, ThumbOk);
+    EXPECT_EQ(ev.picture.size(), QSize(26, 105));
+}
+
+TEST_F(ThumbCacheTest, AHugeHeaderIsRefusedBeforeAnyPixel)
+{
+    // A PNG whose header says 40000 x 40000 pixels.
+    const QString png = pics + QStringLiteral("/huge.png");
+    {
+        QFile f(png);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(pngHeaderOnly(40000, 40000));
+    }
+    ASSERT_EQ(QImageReader(png).size(), QSize(40000, 40000));
+    // A JPEG whose frame header says the same.
+    const QString jpg = pics + QStringLiteral("/huge.jpg");
+    writePicture(jpg, colourful(64, 48), "jpeg");
+    {
+        QFile f(jpg);
+        ASSERT_TRUE(f.open(QIODevice::ReadWrite));
+        QByteArray d = f.readAll();
+        const int sof = d.indexOf(QByteArray("\xff\xc0", 2));
+        ASSERT_GT(sof, 0);
+        d[sof + 5] = char(0x9C);
+        d[sof + 6] = char(0x40);
+        d[sof + 7] = char(0x9C);
+        d[sof + 8] = char(0x40);
+        f.seek(0);
+        f.write(d);
+    }
+    ASSERT_EQ(QImageReader(jpg).size(), QSize(40000, 40000));
+    for (const QString &file : {png, jpg}) {
+        QElapsedTimer t;
+        t.start();
+        const ThumbEvent ev = make(file, ThumbnailCache(root));
+        EXPECT_EQ(ev.status, ThumbTooLarge);
+        EXPECT_EQ(ev.sourceWidth, 40000);
+        EXPECT_LT(t.elapsed(), 2000);
+    }
+}
+
+TEST_F(ThumbCacheTest, MissingEmptyAndForeignFiles)
+{
+    ThumbnailCache cache(root);
+    EXPECT_EQ(make(pics + QStringLiteral("/nothing.jpg"), cache).status, ThumbFileMissing);
+    const QString empty = pics + QStringLiteral("/empty.png");
+    QFile(empty).open(QIODevice::WriteOnly);
+    EXPECT_EQ(make(empty, cache).status, ThumbUnreadable);
+    // A format Qt does not read goes to the picture subsystem's decoder, which refuses junk.
+    const QString pcx = pics + QStringLiteral("/junk.pcx");
+    {
+        QFile f(pcx);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write("junk junk junk junk");
+    }
+    bool other = false;
+    makeThumbnail(pcx, 105, 105, 24, &cache, 1 << 28, &other);
+    EXPECT_TRUE(other);
+    EXPECT_EQ(makeThumbnailWithPictureDecoder(pcx, 105, 105, 24, &cache, 1 << 28).status, ThumbUnreadable);
+}
+
+TEST_F(ThumbCacheTest, PictureDecoderFormatMakesAThumbnail)
+{
+    // A Targa file: not one of Qt's own five formats, so the picture subsystem decodes it.
+    const QString tga = pics + QStringLiteral("/t.tga");
+    {
+        // Uncompressed true-colour Targa, 120 x 80, rows from the top.
+        QByteArray d(18, '\0');
+        d[2] = 2;
+        d[12] = char(120);
+        d[14] = char(80);
+        d[16] = 24;
+        d[17] = 0x20;
+        const QImage img = colourful(120, 80);
+        for (int y = 0; y < 80; ++y)
+            for (int x = 0; x < 120; ++x) {
+                const QRgb c = img.pixel(x, y);
+                d.append(char(qBlue(c))).append(char(qGreen(c))).append(char(qRed(c)));
+            }
+        QFile f(tga);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(d);
+    }
+    ThumbnailCache cache(root);
+    bool other = false;
+    makeThumbnail(tga, 105, 105, 24, &cache, 1 << 28, &other);
+    EXPECT_TRUE(other);
+    const ThumbEvent ev = makeThumbnailWithPictureDecoder(tga, 105, 105, 24, &cache, 1 << 28);
+    ASSERT_EQ(ev.status, ThumbOk);
+    EXPECT_EQ(ev.picture.size(), QSize(105, 70));
+    EXPECT_TRUE(cache.lookup(tga, 128).size() == QSize(120, 80));
+}
+
+class ProducerTest : public ThumbCacheTest {};
+
+TEST_F(ProducerTest, EventsArriveInListOrderAndStopEndsTheBrowse)
+{
+    QImage small(20, 20, QImage::Format_RGB32);
+    small.fill(Qt::yellow);
+    for (int i = 1; i <= 30; ++i) writePicture(pics + QStringLiteral("/n%1.png").arg(i), small);
+    writePicture(pics + QStringLiteral("/other.jpg"), small, "jpeg");
+    ThumbnailProducer p;
+    p.setCacheRoot(root);
+    p.thumbWidth = p.thumbHeight = 50;
+    p.bitsPerPixel = 16;
+    p.fileMask = QStringLiteral("*.PNG");
+    QStringList seen;
+    p.onEvent = [&](const ThumbEvent &ev) {
+        seen << QFileInfo(ev.path).fileName();
+        EXPECT_EQ(ev.status, ThumbOk);
+        EXPECT_EQ(ev.picture.format(), QImage::Format_RGB16);
+        return true;
+    };
+    BrowseError err;
+    EXPECT_EQ(p.browse(pics, &err), 30);
+    EXPECT_EQ(err.number, 0);
+    QStringList expected;
+    for (int i = 1; i <= 30; ++i) expected << QStringLiteral("n%1.png").arg(i);
+    EXPECT_EQ(seen, expected);
+
+    seen.clear();
+    p.onEvent = [&](const ThumbEvent &ev) {
+        seen << QFileInfo(ev.path).fileName();
+        return seen.size() < 5;
+    };
+    EXPECT_EQ(p.browse(pics, &err), 5);
+    EXPECT_EQ(err.number, ThumbErrStopped);
+    EXPECT_EQ(seen.size(), 5);
+
+    int events = 0;
+    p.onEvent = [&](const ThumbEvent &) { return ++events > 0; };
+    p.abandoned = [&] { return events >= 3; };
+    p.browse(pics, &err);
+    EXPECT_EQ(err.number, ThumbErrAborted);
+    EXPECT_EQ(events, 3);
+
+    p.abandoned = nullptr;
+    p.fileMask = QStringLiteral("*.GIF");
+    EXPECT_EQ(p.browse(pics, &err), 0);
+    EXPECT_EQ(err.number, 0);
+    EXPECT_EQ(p.browse(tmp.path() + QStringLiteral("/no such folder"), &err), 0);
+}
+
+TEST_F(ProducerTest, SettingsAreChecked)
+{
+    ThumbnailProducer p;
+    p.thumbWidth = 0;
+    p.thumbHeight = 10;
+    EXPECT_EQ(p.validate().number, ThumbErrInvalidValue);
+    EXPECT_EQ(p.validate().description, QStringLiteral("Invalid property value"));
+    p.thumbWidth = 10;
+    p.bitsPerPixel = 12;
+    EXPECT_EQ(p.validate().number, ThumbErrInvalidValue);
+    p.bitsPerPixel = 1;
+    EXPECT_EQ(p.validate().number, 0);
+    BrowseError err;
+    p.thumbWidth = -3;
+    EXPECT_EQ(p.browse(pics, &err), 0);
+    EXPECT_EQ(err.number, ThumbErrInvalidValue);
+}
