@@ -1,0 +1,70 @@
+#include "dialogs/small_dialogs.h"
+
+#include "core/globals.h"
+#include "core/tool_ids.h"
+#include "dialogs/about_dialog.h"
+#include "dialogs/quick_tips.h"
+#include "dialogs/rename_dialog.h"
+
+#include <QMainWindow>
+
+namespace tw {
+
+SmallDialogs::SmallDialogs(PageHost &host) : CommandSet(host)
+{
+    setObjectName(QStringLiteral("SmallDialogs"));
+}
+
+QStringList SmallDialogs::handledTools() const
+{
+    return {tool::mnuRenameFile, tool::mnuViewQuickTips, tool::mnuHelpAbout};
+}
+
+bool SmallDialogs::toolClick(const QString &id)
+{
+    if (id == tool::mnuRenameFile) {
+        Rename1 dlg(host_.window(), [this] {
+            if (ExplorerSide *ex = host_.explorer()) ex->refreshList();
+        });
+        dlg.exec();
+    } else if (id == tool::mnuViewQuickTips) {
+        ShowQuickTips();
+    } else if (id == tool::mnuHelpAbout) {
+        About1 dlg(host_.window(), [this] {
+            host_.LoadInternetPage(G.CurrentUrl);
+            host_.selectTab(7);
+        });
+        dlg.exec();
+    } else {
+        return false;
+    }
+    return true;
+}
+
+void SmallDialogs::ShowQuickTips()
+{
+    // An open tips window is brought forward, not opened twice.
+    if (tips_) {
+        tips_->raise();
+        tips_->activateWindow();
+        return;
+    }
+    tips_ = new QuikTip1(host_.window());
+    tips_->show();
+}
+
+void SmallDialogs::activated()
+{
+    // Every activation of the main window: the tips open while both flags are on (a window
+    // already open is left as it is).
+    if (G.QuickTipsOpen && G.Options.ShowQuickTips && !tips_) ShowQuickTips();
+}
+
+void SmallDialogs::shutDown()
+{
+    if (tips_) tips_->close();
+}
+
+TW_REGISTER_COMMANDS(SmallDialogs);
+
+}  // namespace tw

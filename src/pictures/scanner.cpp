@@ -1,0 +1,225 @@
+#include "pictures/scanner.h"
+
+#include <sane/sane.h>
+#include <sane/saneopts.h>
+
+#include <QByteArray>
+#include <cstring>
+
+namespace tw::scanner {
+
+namespace {
+
+// SANE is started for each command and stopped after it, so a scanner plugged in later is
+// found, and nothing stays open between scans.
+class SaneSession {
+public:
+    SaneSession() { status_ = sane_init(nullptr, nullptr); }
+    ~SaneSession()
+    {
+        if (status_ == SANE_STATUS_GOOD) sane_exit();
+    }
+    SaneSession(const SaneSession &) = delete;
+    SaneSession &operator=(const SaneSession &) = delete;
+    bool ok() const { return status_ == SANE_STATUS_GOOD; }
+
+private:
+    SANE_Status status_;
+};
+
+class DeviceHandle {
+public:
+    explicit DeviceHandle(SANE_Handle h) : h_(h) {}
+    ~DeviceHandle()
+    {
+        if (h_) sane_close(h_);
+    }
+    DeviceHandle(const DeviceHandle &) = delete;
+    DeviceHandle &operator=(const DeviceHandle &) = delete;
+    SANE_Handle get() const { return h_; }
+
+private:
+    SANE_Handle h_;
+};
+
+// Colour when the device offers it: a scan for the picture tab.
+void preferColour(SANE_Handle h)
+{
+    for (SANE_Int i = 1;; ++i) {
+        const SANE_Option_Descriptor *d = sane_get_option_descriptor(h, i);
+        if (!d) return;
+        if (!d->name || std::strcmp(d->name, SANE_NAME_SCAN_MODE) != 0) continue;
+        if (d->type != SANE_TYPE_STRING || d->constraint_type != SANE_CONSTRAINT_STRING_LIST
+            || !SANE_OPTION_IS_SETTABLE(d->cap))
+            return;
+        for (const SANE_String_Const *s = d->constraint.string_list; s && *s; ++s)
+            if (std::strcmp(*s, SANE_VALUE_SCAN_MODE_COLOR) == 0) {
+                QByteArray v(std::max<int>(d->size, int(std::strlen(*s)) + 1), '\0');
+                std::memcpy(v.data(), *s, std::strlen(*s));
+                sane_control_option(h, i, SANE_ACTION_SET_VALUE, v.data(), nullptr);
+                return;
+            }
+        return;
+    }
+}
+
+}  // namespace
+
+int statusOfSane(int s)
+{
+    switch (s) {
+    case SANE_STATUS_GOOD:
+        return 0;
+    case SANE_STATUS_CANCELLED:
+        return Cancelled;
+    case SANE_STATUS_DEVICE_BUSY:
+        return SourceBusy;
+    case SANE_STATUS_INVAL:
+        return OutOfRange;
+    case SANE_STATUS_UNSUPPORTED:
+        return UnknownCapability;
+    case SANE_STATUS_NO_MEM:
+        return NoMemory;
+    case SANE_STATUS_ACCESS_DENIED:
+        return SourceError;
+    default:
+        return UnknownFailure;
+    }
+}
+
+int listDevices(QList<Device> *out)
+{
+    out->clear();
+    SaneSession session;
+    if (!session.ok()) return NoSourceManager;
+    const SANE_Device **list = nullptr;
+    const SANE_Status s = sane_get_devices(&list, SANE_TRUE);
+    if (s != SANE_STATUS_GOOD) return statusOfSane(s);
+    for (int i = 0; list && list[i]; ++i) {
+        const SANE_Device *d = list[i];
+        Device dev;
+        dev.name = QString::fromLocal8Bit(d->name);
+        dev.description = QStringLiteral("%1 %2 (%3)")
+                              .arg(QString::fromLocal8Bit(d->vendor), QString::fromLocal8Bit(d->model),
+                                   QString::fromLocal8Bit(d->type));
+        out->append(dev);
+    }
+    return 0;
+}
+
+int scan(const QString &device, QImage *out, int *bits, const std::function<bool()> &keepGoing)
+{
+    SaneSession session;
+    if (!session.ok()) return NoSourceManager;
+    QByteArray name = device.toLocal8Bit();
+    if (name.isEmpty()) {
+        const SANE_Device **list = nullptr;
+        if (sane_get_devices(&list, SANE_TRUE) != SANE_STATUS_GOOD || !list || !list[0]) return NoDataSource;
+        name = list[0]->name;
+    }
+    SANE_Handle raw = nullptr;
+    SANE_Status s = sane_open(name.constData(), &raw);
+    if (s != SANE_STATUS_GOOD) return s == SANE_STATUS_INVAL ? NoDataSource : statusOfSane(s);
+    DeviceHandle h(raw);
+    preferColour(h.get());
+
+    s = sane_start(h.get());
+    if (s != SANE_STATUS_GOOD) {
+        sane_cancel(h.get());
+        return statusOfSane(s);
+    }
+    // One frame for grey or colour; three for a scanner that sends red, green, blue apart.
+    QImage img;
+    int depth = 8;
+    bool colour = false;
+    QByteArray buffer(64 * 1024, Qt::Uninitialized);
+    for (;;) {
+        SANE_Parameters p;
+        s = sane_get_parameters(h.get(), &p);
+        if (s != SANE_STATUS_GOOD) {
+            sane_cancel(h.get());
+            return statusOfSane(s);
+        }
+        if (p.lines <= 0 || p.pixels_per_line <= 0 || p.bytes_per_line <= 0) {
+            sane_cancel(h.get());
+            return UnknownCapability;
+        }
+        depth = p.depth;
+        if (img.isNull()) {
+            img = QImage(p.pixels_per_line, p.lines, QImage::Format_RGB32);
+            if (img.isNull()) {
+                sane_cancel(h.get());
+                return NoMemory;
+            }
+            img.fill(Qt::white);
+        }
+        QByteArray data;
+        data.reserve(qsizetype(p.bytes_per_line) * p.lines);
+        for (;;) {
+            if (keepGoing && !keepGoing()) {
+                sane_cancel(h.get());
+                return Cancelled;
+            }
+            SANE_Int got = 0;
+            s = sane_read(h.get(), reinterpret_cast<SANE_Byte *>(buffer.data()), SANE_Int(buffer.size()),
+                          &got);
+            if (s == SANE_STATUS_EOF) break;
+            if (s != SANE_STATUS_GOOD) {
+                sane_cancel(h.get());
+                return statusOfSane(s);
+            }
+            data.append(buffer.constData(), got);
+        }
+        const int lines = std::min<int>(p.lines, int(data.size() / p.bytes_per_line));
+        for (int y = 0; y < lines && y < img.height(); ++y) {
+            const uchar *line =
+                reinterpret_cast<const uchar *>(data.constData()) + qsizetype(y) * p.bytes_per_line;
+            QRgb *px = reinterpret_cast<QRgb *>(img.scanLine(y));
+            for (int x = 0; x < p.pixels_per_line && x < img.width(); ++x) {
+                auto sample = [&](int channel, int channels) -> int {
+                    if (p.depth == 1) {
+                        const int bit = (line[x / 8] >> (7 - x % 8)) & 1;
+                        return bit ? 0 : 255;  // SANE's 1-bit data: 1 is black
+                    }
+                    if (p.depth == 16)
+                        return line[(x * channels + channel) * 2 + 1];  // little endian, high byte
+                    return line[x * channels + channel];
+                };
+                switch (p.format) {
+                case SANE_FRAME_RGB:
+                    colour = true;
+                    px[x] = qRgb(sample(0, 3), sample(1, 3), sample(2, 3));
+                    break;
+                case SANE_FRAME_RED:
+                    colour = true;
+                    px[x] = qRgb(sample(0, 1), qGreen(px[x]), qBlue(px[x]));
+                    break;
+                case SANE_FRAME_GREEN:
+                    colour = true;
+                    px[x] = qRgb(qRed(px[x]), sample(0, 1), qBlue(px[x]));
+                    break;
+                case SANE_FRAME_BLUE:
+                    colour = true;
+                    px[x] = qRgb(qRed(px[x]), qGreen(px[x]), sample(0, 1));
+                    break;
+                default: {
+                    const int v = sample(0, 1);
+                    px[x] = qRgb(v, v, v);
+                }
+                }
+            }
+        }
+        if (p.last_frame) break;
+        s = sane_start(h.get());
+        if (s != SANE_STATUS_GOOD) {
+            sane_cancel(h.get());
+            return statusOfSane(s);
+        }
+    }
+    sane_cancel(h.get());
+    *out = img;
+    if (bits) *bits = colour ? 24 : (depth == 1 ? 1 : 8);
+    return 0;
+}
+
+}  // namespace tw::scanner
