@@ -520,6 +520,14 @@ private:
                     QStringLiteral("%1 needs %2 arguments").arg(cmd).arg(n).toStdString());
         };
 
+        if (cmd == QLatin1String("setenv")) {
+            // An environment variable for what the program starts from now on (SANE's
+            // configuration folder, PATH).
+            need(2);
+            return qputenv(t[1].toLocal8Bit().constData(), arg(2).toLocal8Bit())
+                ? Outcome::done()
+                : Outcome::fail(QStringLiteral("cannot set ") + t[1]);
+        }
         if (cmd == QLatin1String("mkdir")) {
             need(1);
             return QDir().mkpath(arg(1)) ? Outcome::done()
