@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QRegularExpression>
 #include <QSpinBox>
 
@@ -92,7 +93,10 @@ void ImagingFileDialog::setPipeFilter(const QString &pipeFilter, int filterIndex
 void ImagingFileDialog::setInitialName(const QString &name)
 {
     if (name.isEmpty()) return;
-    selectFile(name);
+    // Into the name box, as if typed: a selection in the file view (what selectFile makes
+    // once the folder is read) would win over a name the user types afterwards.
+    if (auto *box = findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))) box->setText(name);
+    else selectFile(name);
 }
 
 QString ImagingFileDialog::chosenFile() const { return selectedFiles().value(0); }

@@ -5,6 +5,7 @@
 #include "core/file_copy.h"
 #include "core/globals.h"
 #include "core/prompt.h"
+#include "core/scenario_hooks.h"
 #include "core/tool_ids.h"
 #include "pictures/file_dialogs.h"
 #include "pictures/imaging_control.h"
@@ -165,6 +166,15 @@ bool PicturesModule::SaveFileAs(const QString &sourcePath)
 PictureFileCommands::PictureFileCommands(PageHost &host) : CommandSet(host)
 {
     setObjectName(QStringLiteral("PictureFileCommands"));
+    // The save routine as the other windows call it, with a name of their choosing.
+    registerScenarioRoutine(QStringLiteral("SaveFileAs"), [this](const QStringList &a) {
+        if (PicturesModule *pm = pictures()) pm->SaveFileAs(a.value(0));
+        return QString();
+    });
+    registerScenarioRoutine(QStringLiteral("ConvertPictureFile"), [this](const QStringList &a) {
+        ConvertPictureFile(a.value(0));
+        return QString();
+    });
 }
 
 PicturesModule *PictureFileCommands::pictures() const

@@ -10,6 +10,7 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QImageWriter>
+#include <QPainter>
 #include <QSaveFile>
 #include <QSet>
 
@@ -29,7 +30,7 @@ const QHash<int, FormatRule> &formatRules()
         {3, {QStringLiteral("TIFF"), {1, 4, 8, 16, 24, 32, 48, 64}}},
         {4, {QStringLiteral("TGA"), {8, 16, 24, 32}}},
         {6, {QStringLiteral("BMP3"), {1, 4, 8, 16, 24, 32}}},
-        {10, {QStringLiteral("JPEG"), {8, 24}}},
+        {10, {QStringLiteral("JPEG"), {1, 4, 8, 24, 32}}},
         {16, {QStringLiteral("EPS"), {1, 8, 24, 32}}},
         {55, {QStringLiteral("SUN"), {1, 8, 24, 32}}},
         {56, {QStringLiteral("PICT"), {8, 24, 32}}},
@@ -48,13 +49,13 @@ const QHash<int, FormatRule> &formatRules()
     return rules;
 }
 
-// Formats that the format table has no code for, written when the picture's own extension
-// names them (a save passes code 0 for them).
+// Formats that the format table has no code for, written when the target's extension names
+// them (a save passes code 0 for them); GIF keeps at most 256 colours of any picture.
 const QHash<QString, FormatRule> &extensionRules()
 {
     static const QHash<QString, FormatRule> rules{
-        {QStringLiteral("JPEG"), {QStringLiteral("JPEG"), {8, 24}}},
-        {QStringLiteral("GIF"), {QStringLiteral("GIF"), {1, 4, 8}}},
+        {QStringLiteral("JPEG"), {QStringLiteral("JPEG"), {1, 4, 8, 24, 32}}},
+        {QStringLiteral("GIF"), {QStringLiteral("GIF"), {1, 4, 8, 24, 32}}},
     };
     return rules;
 }
@@ -144,7 +145,21 @@ int statusOfMagick(magick::Status s)
     }
 }
 
-// The frame as the format stores it at that depth, for Qt's encoders.
+// The frame as the format stores it at that depth, for Qt's encoders. A JPEG holds grey or
+// colour only: a picture of 8 bits or fewer is stored grey when it is grey, else in colour,
+// and transparency goes (onto white).
+QImage jpegFrame(const QImage &img, int bits)
+{
+    if (bits <= 8 && img.allGray()) return img.convertToFormat(QImage::Format_Grayscale8);
+    if (!img.hasAlphaChannel()) return img.convertToFormat(QImage::Format_RGB32);
+    QImage flat(img.size(), QImage::Format_RGB32);
+    flat.fill(Qt::white);
+    QPainter p(&flat);
+    p.drawImage(0, 0, img);
+    p.end();
+    return flat;
+}
+
 QImage atDepth(const QImage &img, int bits)
 {
     if (bits == 8) return img.convertToFormat(QImage::Format_Grayscale8);
@@ -235,9 +250,12 @@ int writePictureFile(const QList<QImage> &frames, const QString &path, int forma
     if (frames.isEmpty() || frames.first().isNull()) return ImagingInvalidBitmap;
     if (path.trimmed().isEmpty()) return ImagingInvalidFilename;
 
-    // The encoder: by the format code, or for code 0 by the picture's own extension.
+    // The encoder: by the format code, or for code 0 by the target name's extension.
     FormatRule rule = formatRules().value(format);
-    if (format == 0) rule = extensionRules().value(GetFileExt(metadataFrom));
+    if (format == 0) {
+        const QString ext = GetFileExt(path);
+        rule = extensionRules().contains(ext) ? extensionRules().value(ext) : formatRules().value(GetFormatCode(ext));
+    }
     if (rule.encoder.isEmpty()) return ImagingFormatNotAvailable;
     const int bits = bitsPerPixel == 0 ? 24 : bitsPerPixel;
     if (!rule.bits.contains(bits)) return ImagingInvalidBitsPerPixel;
@@ -266,7 +284,7 @@ int writePictureFile(const QList<QImage> &frames, const QString &path, int forma
     const bool single = frames.size() == 1;
     if (single && coder == QLatin1String("JPEG")) {
         // libjpeg-turbo through Qt, then the original's segments put back in.
-        QImage img = atDepth(frames.first(), bits);
+        QImage img = jpegFrame(frames.first(), bits);
         img.setColorSpace(QColorSpace());
         QBuffer buf(&bytes);
         buf.open(QIODevice::WriteOnly);
@@ -279,7 +297,7 @@ int writePictureFile(const QList<QImage> &frames, const QString &path, int forma
         buf.close();
         bytes = insertJpegSegments(bytes, sourceIsJpeg ? sourceSegments : segmentsOf(exif, icc));
     } else if (single && (coder == QLatin1String("PNG") || coder == QLatin1String("TIFF")) && exif.isEmpty()
-               && (bits == 8 || bits == 24 || bits == 32)) {
+               && (bits == 24 || bits == 32 || (bits == 8 && frames.first().allGray()))) {
         // Qt's writers are the fastest that keep every pixel; the ICC profile goes with the
         // picture's colour space.
         QImage img = atDepth(frames.first(), bits);

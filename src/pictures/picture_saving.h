@@ -29,7 +29,8 @@ bool formatTakesBits(int format, int bitsPerPixel);
 QStringList writableExtensions();
 
 // Writes the frames (one page each) to `path` in format `format` with `bitsPerPixel` and
-// `quality` (the stored JPEG quality; other formats ignore it). `metadataFrom` names the
+// `quality` (the stored JPEG quality; other formats ignore it); format 0 writes what the
+// target name's extension calls for, where anything here writes it. `metadataFrom` names the
 // file whose EXIF and ICC profile go with the picture ("" for none). 0 or an imaging status.
 int writePictureFile(const QList<QImage> &frames, const QString &path, int format, int bitsPerPixel,
                      int quality, const QString &metadataFrom, QString *detail = nullptr);

@@ -898,8 +898,16 @@ private:
             else {
                 // The user types the whole path into the name box (selectFile leaves a box
                 // that has the focus alone) and presses the dialog's button.
-                if (auto *name = d->findChild<QLineEdit *>(QStringLiteral("fileNameEdit")))
+                if (auto *name = d->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))) {
+                    // Typing into the box takes the focus there, which drops a selection the
+                    // file view holds (the dialog's suggested name); offscreen the focus does
+                    // not move by itself, so the selection goes first.
+                    for (const char *view : {"listView", "treeView"})
+                        if (auto *v = d->findChild<QAbstractItemView *>(QLatin1String(view)))
+                            if (v->selectionModel()) v->selectionModel()->clearSelection();
+                    name->setFocus();
                     name->setText(arg(1));
+                }
                 else d->selectFile(arg(1));
                 QMetaObject::invokeMethod(d, "accept", Qt::DirectConnection);
             }
