@@ -26,7 +26,8 @@ QStringList qtNameFilters(const QString &pipeFilter)
         }
         // The dialog takes what stands in the last parentheses as the patterns; a caption
         // with its own would be read as patterns, so those become brackets.
-        QString caption = parts[i];
+        // Blanks run together as the dialog would show them anyway.
+        QString caption = parts[i].simplified();
         caption.replace(u'(', u'[').replace(u')', u']');
         out << caption + QStringLiteral(" (") + patterns.join(u' ') + u')';
     }

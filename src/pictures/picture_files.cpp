@@ -31,7 +31,7 @@
 
 namespace tw {
 
-const QString ConvertFilter = SaveFormatTable;
+QString ConvertFilter() { return SaveFormatTable; }
 
 QString openDialogFilter()
 {
@@ -266,8 +266,9 @@ void PictureFileCommands::OpenPictureFile()
     dlg.setWindowTitle(QStringLiteral("Open Image, Picture, or MultiMedia Files"));
     G.CurrentPage = 1;
     const bool accepted = dlg.exec() == QDialog::Accepted;
-    // The dialog opens next time where it was left.
-    openDialogFolder_ = dlg.directory().absolutePath();
+    // The dialog opens next time where it was left: the chosen file's folder.
+    openDialogFolder_ = accepted && !dlg.chosenFile().isEmpty() ? QFileInfo(dlg.chosenFile()).absolutePath()
+                                                                : dlg.directory().absolutePath();
     if (!accepted) return;
     G.SelectedFile = dlg.chosenFile();
     G.CurrentExt = GetFileExt(G.SelectedFile);
@@ -287,7 +288,7 @@ void PictureFileCommands::ConvertPictureFile(const QString &path)
         ImagingFileDialog from(host_.window(), ImagingFileDialog::Open, true, false);
         const QString folder = listFolder();
         if (!folder.isEmpty()) from.setDirectory(folder);
-        from.setPipeFilter(ConvertFilter, GetFileFilterType(QStringLiteral("*.") + GetFileExt(path)));
+        from.setPipeFilter(ConvertFilter(), GetFileFilterType(QStringLiteral("*.") + GetFileExt(path)));
         if (!path.isEmpty()) from.setInitialName(path);
         from.setWindowTitle(QStringLiteral("Convert From...") + G.SelectedFile);
         if (from.exec() == QDialog::Accepted) source = from.chosenFile();
@@ -301,7 +302,7 @@ void PictureFileCommands::ConvertPictureFile(const QString &path)
     ImagingFileDialog to(host_.window(), ImagingFileDialog::Save, false, true);
     if (!LastConvertFolder.trimmed().isEmpty()) to.setDirectory(LastConvertFolder);
     else if (!source.isEmpty()) to.setDirectory(QFileInfo(source).absolutePath());
-    to.setPipeFilter(ConvertFilter);
+    to.setPipeFilter(ConvertFilter());
     if (!target.isEmpty()) to.setInitialName(QFileInfo(target).fileName());
     to.setWindowTitle(QStringLiteral("Convert To..."));
     to.setWindowTitle(QStringLiteral("Save File"));

@@ -13,7 +13,7 @@ namespace tw {
 class PicturesModule;
 
 // The filter of both conversion dialogs.
-extern const QString ConvertFilter;
+QString ConvertFilter();
 // The filter of the Open dialog: rows 0 to 35 of the catalogue as "name|pattern|...".
 QString openDialogFilter();
 

@@ -254,7 +254,8 @@ int writePictureFile(const QList<QImage> &frames, const QString &path, int forma
     FormatRule rule = formatRules().value(format);
     if (format == 0) {
         const QString ext = GetFileExt(path);
-        rule = extensionRules().contains(ext) ? extensionRules().value(ext) : formatRules().value(GetFormatCode(ext));
+        rule = extensionRules().contains(ext) ? extensionRules().value(ext)
+                                              : formatRules().value(GetFormatCode(ext));
     }
     if (rule.encoder.isEmpty()) return ImagingFormatNotAvailable;
     const int bits = bitsPerPixel == 0 ? 24 : bitsPerPixel;

@@ -13,6 +13,7 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QAbstractSpinBox>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -710,6 +711,8 @@ private:
             if (auto *e = qobject_cast<QLineEdit *>(w)) e->selectAll(), QTest::keyClick(e, Qt::Key_Delete);
             else if (auto *te = qobject_cast<QTextEdit *>(w)) te->clear();
             else if (auto *pe = qobject_cast<QPlainTextEdit *>(w)) pe->clear();
+            else if (auto *sb = qobject_cast<QAbstractSpinBox *>(w))
+                sb->selectAll(), QTest::keyClick(sb, Qt::Key_Delete);
             QTest::keyClicks(w, arg(2));
             return Outcome::done();
         }
@@ -907,8 +910,7 @@ private:
                             if (v->selectionModel()) v->selectionModel()->clearSelection();
                     name->setFocus();
                     name->setText(arg(1));
-                }
-                else d->selectFile(arg(1));
+                } else d->selectFile(arg(1));
                 QMetaObject::invokeMethod(d, "accept", Qt::DirectConnection);
             }
             return Outcome::done();
