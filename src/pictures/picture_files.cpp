@@ -120,6 +120,7 @@ bool PicturesModule::SaveFileAs(const QString &sourcePath)
             inform(QStringLiteral("Error Copying File - ") + NewName, AppTitle, host_.window());
             return false;
         }
+        if (ExplorerSide *ex = host_.explorer()) ex->refreshList();
         return true;
     }
     ExplorerSide *ex = host_.explorer();
@@ -158,6 +159,8 @@ bool PicturesModule::SaveFileAs(const QString &sourcePath)
     }
     G.InternetPictureLoaded = false;
     AcquiredPicture = false;
+    // The file list shows the new file at once.
+    if (ex) ex->refreshList();
     return true;
 }
 
