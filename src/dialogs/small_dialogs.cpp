@@ -1,6 +1,8 @@
 #include "dialogs/small_dialogs.h"
 
 #include "core/globals.h"
+#include "core/scenario_hooks.h"
+#include "core/scenario_hooks.h"
 #include "core/tool_ids.h"
 #include "dialogs/about_dialog.h"
 #include "dialogs/quick_tips.h"
@@ -13,6 +15,11 @@ namespace tw {
 SmallDialogs::SmallDialogs(PageHost &host) : CommandSet(host)
 {
     setObjectName(QStringLiteral("SmallDialogs"));
+    // The file the file commands act on, as another window (a search, a list) sets it.
+    registerScenarioRoutine(QStringLiteral("SetSelectedFile"), [](const QStringList &a) {
+        G.SelectedFile = a.value(0);
+        return QString();
+    });
 }
 
 QStringList SmallDialogs::handledTools() const
