@@ -34,8 +34,6 @@ const QHash<int, FormatRule> &formatRules()
         {16, {QStringLiteral("EPS"), {1, 8, 24, 32}}},
         {55, {QStringLiteral("SUN"), {1, 8, 24, 32}}},
         {56, {QStringLiteral("PICT"), {8, 24, 32}}},
-        {57, {QStringLiteral("PCD"), {24}}},
-        {68, {QStringLiteral("FAX"), {1}}},
         {75, {QStringLiteral("PNG"), {1, 4, 8, 16, 24, 32, 48, 64}}},
         {76, {QStringLiteral("PSD"), {1, 8, 16, 24, 32, 48, 64}}},
         {91, {QStringLiteral("ICO"), {1, 4, 8, 24, 32}}},

@@ -4,6 +4,8 @@
 #include <sane/saneopts.h>
 
 #include <QByteArray>
+#include <algorithm>
+#include <csignal>
 #include <cstring>
 
 namespace tw::scanner {
@@ -63,6 +65,33 @@ void preferColour(SANE_Handle h)
     }
 }
 
+// A resolution of under 25 dots per inch makes a picture of a few pixels (the test scanner
+// starts at a fraction of one): such a device is set to 100, within its range.
+void sensibleResolution(SANE_Handle h)
+{
+    for (SANE_Int i = 1;; ++i) {
+        const SANE_Option_Descriptor *d = sane_get_option_descriptor(h, i);
+        if (!d) return;
+        if (!d->name || std::strcmp(d->name, SANE_NAME_SCAN_RESOLUTION) != 0) continue;
+        if (!SANE_OPTION_IS_SETTABLE(d->cap) || d->size != sizeof(SANE_Word)) return;
+        SANE_Word v = 0;
+        if (sane_control_option(h, i, SANE_ACTION_GET_VALUE, &v, nullptr) != SANE_STATUS_GOOD) return;
+        const bool fixed = d->type == SANE_TYPE_FIXED;
+        if (d->type != SANE_TYPE_INT && !fixed) return;
+        const double dpi = fixed ? SANE_UNFIX(v) : double(v);
+        if (dpi >= 25) return;
+        double want = 100;
+        if (d->constraint_type == SANE_CONSTRAINT_RANGE && d->constraint.range) {
+            const double lo = fixed ? SANE_UNFIX(d->constraint.range->min) : d->constraint.range->min;
+            const double hi = fixed ? SANE_UNFIX(d->constraint.range->max) : d->constraint.range->max;
+            want = std::clamp(want, lo, hi);
+        }
+        SANE_Word w = fixed ? SANE_FIX(want) : SANE_Word(want);
+        sane_control_option(h, i, SANE_ACTION_SET_VALUE, &w, nullptr);
+        return;
+    }
+}
+
 }  // namespace
 
 int statusOfSane(int s)
@@ -109,6 +138,9 @@ int listDevices(QList<Device> *out)
 
 int scan(const QString &device, QImage *out, int *bits, const std::function<bool()> &keepGoing)
 {
+    // A backend that hands the data over through a pipe gets SIGPIPE when a scan is cancelled
+    // part way; that must end the scan, never the program.
+    ::signal(SIGPIPE, SIG_IGN);
     SaneSession session;
     if (!session.ok()) return NoSourceManager;
     QByteArray name = device.toLocal8Bit();
@@ -122,6 +154,7 @@ int scan(const QString &device, QImage *out, int *bits, const std::function<bool
     if (s != SANE_STATUS_GOOD) return s == SANE_STATUS_INVAL ? NoDataSource : statusOfSane(s);
     DeviceHandle h(raw);
     preferColour(h.get());
+    sensibleResolution(h.get());
 
     s = sane_start(h.get());
     if (s != SANE_STATUS_GOOD) {

@@ -58,6 +58,28 @@ void applyBits(Magick::Image &img, int bitsPerPixel)
     }
 }
 
+// ImageMagick writes a PNG's EXIF block as an eXIf chunk but does not read that chunk back:
+// the block, with the "Exif" header a JPEG gives it, straight from the file.
+QByteArray pngExifBlock(const QString &path)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly)) return QByteArray();
+    if (f.read(8) != QByteArray("\x89PNG\r\n\x1a\n", 8)) return QByteArray();
+    for (;;) {
+        const QByteArray head = f.read(8);
+        if (head.size() < 8) return QByteArray();
+        const quint32 len = (quint32(uchar(head[0])) << 24) | (quint32(uchar(head[1])) << 16)
+            | (quint32(uchar(head[2])) << 8) | quint32(uchar(head[3]));
+        const QByteArray type = head.mid(4, 4);
+        if (type == "IEND" || len > 64u * 1024 * 1024) return QByteArray();
+        if (type == "eXIf") {
+            const QByteArray data = f.read(len);
+            return data.size() == qsizetype(len) ? QByteArray("Exif\0\0", 6) + data : QByteArray();
+        }
+        if (!f.seek(f.pos() + qint64(len) + 4)) return QByteArray();
+    }
+}
+
 }  // namespace
 
 Status readProfiles(const QString &path, QByteArray *exif, QByteArray *icc)
@@ -92,6 +114,10 @@ Status exifFacts(const QString &path, QStringList *names, QStringList *values)
         Magick::Image img;
         img.quiet(true);
         img.ping(localName(path) + "[0]");
+        if (img.magick() == "PNG" && img.profile("exif").length() == 0) {
+            const QByteArray block = pngExifBlock(path);
+            if (!block.isEmpty()) img.profile("exif", Magick::Blob(block.constData(), size_t(block.size())));
+        }
         MagickCore::Image *im = img.image();
         // Asking for every EXIF property makes ImageMagick read them out of the profile.
         (void)MagickCore::GetImageProperty(im, "exif:*");
