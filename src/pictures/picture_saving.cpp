@@ -279,64 +279,79 @@ int writePictureFile(const QList<QImage> &frames, const QString &path, int forma
         if (!sourceIsJpeg) magick::readProfiles(metadataFrom, &exif, &icc);
     }
 
-    QByteArray bytes;
+    // Written beside the target under a temporary name and renamed over it only when it is
+    // complete: until then the old file stays as it is.
+    QSaveFile out(path);
+    out.setDirectWriteFallback(false);
+    auto openOut = [&] {
+        if (out.isOpen()) return true;
+        if (out.open(QIODevice::WriteOnly)) return true;
+        why = out.errorString();
+        return false;
+    };
+    auto finish = [&](const QByteArray &bytes) {
+        if (!openOut()) return int(ImagingCannotOpen);
+        if (!bytes.isEmpty() && out.write(bytes) != bytes.size()) {
+            why = out.errorString();
+            out.cancelWriting();
+            return int(ImagingWriteError);
+        }
+        if (!out.commit()) {
+            why = out.errorString();
+            return int(ImagingWriteError);
+        }
+        return int(ImagingOk);
+    };
+
     const bool single = frames.size() == 1;
     if (single && coder == QLatin1String("JPEG")) {
         // libjpeg-turbo through Qt, then the original's segments put back in.
         QImage img = jpegFrame(frames.first(), bits);
         img.setColorSpace(QColorSpace());
+        const QByteArray segments = sourceIsJpeg ? sourceSegments : segmentsOf(exif, icc);
+        QByteArray bytes;
         QBuffer buf(&bytes);
-        buf.open(QIODevice::WriteOnly);
-        QImageWriter w(&buf, "jpeg");
+        if (segments.isEmpty()) {
+            if (!openOut()) return ImagingCannotOpen;
+        } else {
+            buf.open(QIODevice::WriteOnly);
+        }
+        QImageWriter w(segments.isEmpty() ? static_cast<QIODevice *>(&out) : &buf, "jpeg");
         w.setQuality(jpegPercentOfQuality(quality));
         if (!w.write(img)) {
             why = w.errorString();
+            if (out.isOpen()) out.cancelWriting();
             return ImagingWriteError;
         }
-        buf.close();
-        bytes = insertJpegSegments(bytes, sourceIsJpeg ? sourceSegments : segmentsOf(exif, icc));
-    } else if (single && (coder == QLatin1String("PNG") || coder == QLatin1String("TIFF")) && exif.isEmpty()
-               && (bits == 24 || bits == 32 || (bits == 8 && frames.first().allGray()))) {
-        // Qt's writers are the fastest that keep every pixel; the ICC profile goes with the
-        // picture's colour space.
+        return finish(segments.isEmpty() ? QByteArray() : insertJpegSegments(bytes, segments));
+    }
+    if (single && (coder == QLatin1String("PNG") || coder == QLatin1String("TIFF")) && exif.isEmpty()
+        && (bits == 24 || bits == 32 || (bits == 8 && frames.first().allGray()))) {
+        // Qt's writers are the fastest here that keep every pixel, straight into the file;
+        // the ICC profile goes with the picture's colour space.
         QImage img = atDepth(frames.first(), bits);
         img.setColorSpace(icc.isEmpty() ? QColorSpace() : QColorSpace::fromIccProfile(icc));
-        QBuffer buf(&bytes);
-        buf.open(QIODevice::WriteOnly);
+        if (!openOut()) return ImagingCannotOpen;
         const bool png = coder == QLatin1String("PNG");
-        QImageWriter w(&buf, png ? "png" : "tiff");
-        // PNG at zlib's fastest level that still packs well; TIFF with LZW, as lossless.
+        QImageWriter w(&out, png ? "png" : "tiff");
+        // PNG at a low zlib level that still packs well; TIFF uncompressed, as ImageMagick
+        // writes it (LZW gains little on a photograph and takes three times as long).
         if (png) w.setQuality(70);
-        else w.setCompression(1);
+        else w.setCompression(0);
         if (!w.write(img)) {
             why = w.errorString();
+            out.cancelWriting();
             return ImagingWriteError;
         }
-    } else {
-        const int percent = coder == QLatin1String("JPEG") ? jpegPercentOfQuality(quality) : 0;
-        const magick::Status s =
-            magick::encodeWithProfiles(frames, coder, bits, percent, exif, icc, &bytes, &why);
-        if (s != magick::Status::Ok) return statusOfMagick(s);
+        return finish(QByteArray());
     }
+    QByteArray bytes;
+    const int percent = coder == QLatin1String("JPEG") ? jpegPercentOfQuality(quality) : 0;
+    const magick::Status s =
+        magick::encodeWithProfiles(frames, coder, bits, percent, exif, icc, &bytes, &why);
+    if (s != magick::Status::Ok) return statusOfMagick(s);
     if (bytes.isEmpty()) return ImagingWriteError;
-
-    // Written beside the target under a temporary name and renamed over it when complete.
-    QSaveFile out(path);
-    out.setDirectWriteFallback(false);
-    if (!out.open(QIODevice::WriteOnly)) {
-        why = out.errorString();
-        return ImagingCannotOpen;
-    }
-    if (out.write(bytes) != bytes.size()) {
-        why = out.errorString();
-        out.cancelWriting();
-        return ImagingWriteError;
-    }
-    if (!out.commit()) {
-        why = out.errorString();
-        return ImagingWriteError;
-    }
-    return ImagingOk;
+    return finish(bytes);
 }
 
 }  // namespace tw
