@@ -56,7 +56,12 @@ void SmallDialogs::ShowQuickTips()
         tips_->activateWindow();
         return;
     }
+    // The tips' own box (a file that is not there) activates the main window again while the
+    // window is still being made: that activation must not make a second one.
+    if (opening_) return;
+    opening_ = true;
     tips_ = new QuikTip1(host_.window());
+    opening_ = false;
     tips_->show();
 }
 

@@ -24,6 +24,7 @@ public:
 
 private:
     QPointer<QuikTip1> tips_;
+    bool opening_ = false;
 };
 
 }  // namespace tw
