@@ -5,6 +5,7 @@
 #include "core/file_copy.h"
 #include "pictures/codecs/magick_write.h"
 #include "pictures/file_dialogs.h"
+#include "pictures/imaging_control.h"
 #include "pictures/imaging_errors.h"
 #include "pictures/picture_decoder.h"
 #include "pictures/picture_saving.h"
@@ -209,6 +210,24 @@ private slots:
             QCOMPARE(magick::readProfiles(out, &exif, &got), magick::Status::Ok);
             QVERIFY2(!got.isEmpty(), qPrintable(name));
         }
+    }
+
+    // The multi-page choice of a conversion appends a page to a file that has pages.
+    void multiPageAppends()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath("pages.tif");
+        ImagingControl c;
+        c.setImage(colourPicture(20, 10), 24);
+        QCOMPARE(c.save(path, 3, 24, 9, 0), 0);
+        c.setImage(blackWhitePicture(20, 10), 24);
+        QCOMPARE(c.save(path, 3, 24, 9, 1), 0);
+        Picture all;
+        QCOMPARE(decodePictureFile(path, 1, true, &all), 0);
+        QCOMPARE(all.frames.size(), 2);
+        QVERIFY(samePixels(all.frames[0], colourPicture(20, 10)));
+        QVERIFY(samePixels(all.frames[1], blackWhitePicture(20, 10)));
+        QCOMPARE(filesIn(dir.path()), QStringList{"pages.tif"});
     }
 
     void saveOverItself()
