@@ -423,6 +423,8 @@ void PictureFileCommands::AcquireTwainImage()
         return;
     }
     pm->Image1->setImage(img, bits);
+    // The untouched copy that Reset to Original goes back to.
+    pm->Image2->assignFrom(*pm->Image1);
     // A scan has no title of its own.
     const QString name = QStringLiteral("TWAIN ACQUIRE IMAGE");
     G.SelectedFile = name;
