@@ -4,6 +4,8 @@
 #include <sane/saneopts.h>
 
 #include <QByteArray>
+#include <QLibrary>
+#include <type_traits>
 #include <algorithm>
 #include <csignal>
 #include <cstring>
@@ -12,14 +14,52 @@ namespace tw::scanner {
 
 namespace {
 
+// SANE and the libraries it brings (USB, udev, XML) are loaded the first time a scanner is
+// asked for, so the program's start does not pay for them.
+struct SaneApi {
+    decltype(&::sane_init) init = nullptr;
+    decltype(&::sane_exit) exit = nullptr;
+    decltype(&::sane_get_devices) get_devices = nullptr;
+    decltype(&::sane_open) open = nullptr;
+    decltype(&::sane_close) close = nullptr;
+    decltype(&::sane_get_option_descriptor) get_option_descriptor = nullptr;
+    decltype(&::sane_control_option) control_option = nullptr;
+    decltype(&::sane_get_parameters) get_parameters = nullptr;
+    decltype(&::sane_start) start = nullptr;
+    decltype(&::sane_read) read = nullptr;
+    decltype(&::sane_cancel) cancel = nullptr;
+    bool ok = false;
+};
+
+const SaneApi &api()
+{
+    static const SaneApi a = [] {
+        SaneApi r;
+        QLibrary lib(QStringLiteral("sane"), 1);
+        lib.setLoadHints(QLibrary::PreventUnloadHint);
+        if (!lib.load()) return r;
+        auto get = [&lib](auto &fn, const char *name) {
+            fn = reinterpret_cast<std::remove_reference_t<decltype(fn)>>(lib.resolve(name));
+            return fn != nullptr;
+        };
+        r.ok = get(r.init, "sane_init") && get(r.exit, "sane_exit") && get(r.get_devices, "sane_get_devices")
+            && get(r.open, "sane_open") && get(r.close, "sane_close")
+            && get(r.get_option_descriptor, "sane_get_option_descriptor")
+            && get(r.control_option, "sane_control_option") && get(r.get_parameters, "sane_get_parameters")
+            && get(r.start, "sane_start") && get(r.read, "sane_read") && get(r.cancel, "sane_cancel");
+        return r;
+    }();
+    return a;
+}
+
 // SANE is started for each command and stopped after it, so a scanner plugged in later is
 // found, and nothing stays open between scans.
 class SaneSession {
 public:
-    SaneSession() { status_ = sane_init(nullptr, nullptr); }
+    SaneSession() { status_ = api().ok ? api().init(nullptr, nullptr) : SANE_STATUS_UNSUPPORTED; }
     ~SaneSession()
     {
-        if (status_ == SANE_STATUS_GOOD) sane_exit();
+        if (status_ == SANE_STATUS_GOOD) api().exit();
     }
     SaneSession(const SaneSession &) = delete;
     SaneSession &operator=(const SaneSession &) = delete;
@@ -34,7 +74,7 @@ public:
     explicit DeviceHandle(SANE_Handle h) : h_(h) {}
     ~DeviceHandle()
     {
-        if (h_) sane_close(h_);
+        if (h_) api().close(h_);
     }
     DeviceHandle(const DeviceHandle &) = delete;
     DeviceHandle &operator=(const DeviceHandle &) = delete;
@@ -48,7 +88,7 @@ private:
 void preferColour(SANE_Handle h)
 {
     for (SANE_Int i = 1;; ++i) {
-        const SANE_Option_Descriptor *d = sane_get_option_descriptor(h, i);
+        const SANE_Option_Descriptor *d = api().get_option_descriptor(h, i);
         if (!d) return;
         if (!d->name || std::strcmp(d->name, SANE_NAME_SCAN_MODE) != 0) continue;
         if (d->type != SANE_TYPE_STRING || d->constraint_type != SANE_CONSTRAINT_STRING_LIST
@@ -58,7 +98,7 @@ void preferColour(SANE_Handle h)
             if (std::strcmp(*s, SANE_VALUE_SCAN_MODE_COLOR) == 0) {
                 QByteArray v(std::max<int>(d->size, int(std::strlen(*s)) + 1), '\0');
                 std::memcpy(v.data(), *s, std::strlen(*s));
-                sane_control_option(h, i, SANE_ACTION_SET_VALUE, v.data(), nullptr);
+                api().control_option(h, i, SANE_ACTION_SET_VALUE, v.data(), nullptr);
                 return;
             }
         return;
@@ -70,12 +110,12 @@ void preferColour(SANE_Handle h)
 void sensibleResolution(SANE_Handle h)
 {
     for (SANE_Int i = 1;; ++i) {
-        const SANE_Option_Descriptor *d = sane_get_option_descriptor(h, i);
+        const SANE_Option_Descriptor *d = api().get_option_descriptor(h, i);
         if (!d) return;
         if (!d->name || std::strcmp(d->name, SANE_NAME_SCAN_RESOLUTION) != 0) continue;
         if (!SANE_OPTION_IS_SETTABLE(d->cap) || d->size != sizeof(SANE_Word)) return;
         SANE_Word v = 0;
-        if (sane_control_option(h, i, SANE_ACTION_GET_VALUE, &v, nullptr) != SANE_STATUS_GOOD) return;
+        if (api().control_option(h, i, SANE_ACTION_GET_VALUE, &v, nullptr) != SANE_STATUS_GOOD) return;
         const bool fixed = d->type == SANE_TYPE_FIXED;
         if (d->type != SANE_TYPE_INT && !fixed) return;
         const double dpi = fixed ? SANE_UNFIX(v) : double(v);
@@ -87,7 +127,7 @@ void sensibleResolution(SANE_Handle h)
             want = std::clamp(want, lo, hi);
         }
         SANE_Word w = fixed ? SANE_FIX(want) : SANE_Word(want);
-        sane_control_option(h, i, SANE_ACTION_SET_VALUE, &w, nullptr);
+        api().control_option(h, i, SANE_ACTION_SET_VALUE, &w, nullptr);
         return;
     }
 }
@@ -122,7 +162,7 @@ int listDevices(QList<Device> *out)
     SaneSession session;
     if (!session.ok()) return NoSourceManager;
     const SANE_Device **list = nullptr;
-    const SANE_Status s = sane_get_devices(&list, SANE_TRUE);
+    const SANE_Status s = api().get_devices(&list, SANE_TRUE);
     if (s != SANE_STATUS_GOOD) return statusOfSane(s);
     for (int i = 0; list && list[i]; ++i) {
         const SANE_Device *d = list[i];
@@ -146,19 +186,19 @@ int scan(const QString &device, QImage *out, int *bits, const std::function<bool
     QByteArray name = device.toLocal8Bit();
     if (name.isEmpty()) {
         const SANE_Device **list = nullptr;
-        if (sane_get_devices(&list, SANE_TRUE) != SANE_STATUS_GOOD || !list || !list[0]) return NoDataSource;
+        if (api().get_devices(&list, SANE_TRUE) != SANE_STATUS_GOOD || !list || !list[0]) return NoDataSource;
         name = list[0]->name;
     }
     SANE_Handle raw = nullptr;
-    SANE_Status s = sane_open(name.constData(), &raw);
+    SANE_Status s = api().open(name.constData(), &raw);
     if (s != SANE_STATUS_GOOD) return s == SANE_STATUS_INVAL ? NoDataSource : statusOfSane(s);
     DeviceHandle h(raw);
     preferColour(h.get());
     sensibleResolution(h.get());
 
-    s = sane_start(h.get());
+    s = api().start(h.get());
     if (s != SANE_STATUS_GOOD) {
-        sane_cancel(h.get());
+        api().cancel(h.get());
         return statusOfSane(s);
     }
     // One frame for grey or colour; three for a scanner that sends red, green, blue apart.
@@ -168,20 +208,20 @@ int scan(const QString &device, QImage *out, int *bits, const std::function<bool
     QByteArray buffer(64 * 1024, Qt::Uninitialized);
     for (;;) {
         SANE_Parameters p;
-        s = sane_get_parameters(h.get(), &p);
+        s = api().get_parameters(h.get(), &p);
         if (s != SANE_STATUS_GOOD) {
-            sane_cancel(h.get());
+            api().cancel(h.get());
             return statusOfSane(s);
         }
         if (p.lines <= 0 || p.pixels_per_line <= 0 || p.bytes_per_line <= 0) {
-            sane_cancel(h.get());
+            api().cancel(h.get());
             return UnknownCapability;
         }
         depth = p.depth;
         if (img.isNull()) {
             img = QImage(p.pixels_per_line, p.lines, QImage::Format_RGB32);
             if (img.isNull()) {
-                sane_cancel(h.get());
+                api().cancel(h.get());
                 return NoMemory;
             }
             img.fill(Qt::white);
@@ -190,15 +230,15 @@ int scan(const QString &device, QImage *out, int *bits, const std::function<bool
         data.reserve(qsizetype(p.bytes_per_line) * p.lines);
         for (;;) {
             if (keepGoing && !keepGoing()) {
-                sane_cancel(h.get());
+                api().cancel(h.get());
                 return Cancelled;
             }
             SANE_Int got = 0;
-            s = sane_read(h.get(), reinterpret_cast<SANE_Byte *>(buffer.data()), SANE_Int(buffer.size()),
-                          &got);
+            s = api().read(h.get(), reinterpret_cast<SANE_Byte *>(buffer.data()), SANE_Int(buffer.size()),
+                           &got);
             if (s == SANE_STATUS_EOF) break;
             if (s != SANE_STATUS_GOOD) {
-                sane_cancel(h.get());
+                api().cancel(h.get());
                 return statusOfSane(s);
             }
             data.append(buffer.constData(), got);
@@ -243,13 +283,13 @@ int scan(const QString &device, QImage *out, int *bits, const std::function<bool
             }
         }
         if (p.last_frame) break;
-        s = sane_start(h.get());
+        s = api().start(h.get());
         if (s != SANE_STATUS_GOOD) {
-            sane_cancel(h.get());
+            api().cancel(h.get());
             return statusOfSane(s);
         }
     }
-    sane_cancel(h.get());
+    api().cancel(h.get());
     *out = img;
     if (bits) *bits = colour ? 24 : (depth == 1 ? 1 : 8);
     return 0;
