@@ -9,6 +9,7 @@
 #include "dialogs/rename_dialog.h"
 
 #include <QMainWindow>
+#include <QTimer>
 
 namespace tw {
 
@@ -68,8 +69,14 @@ void SmallDialogs::ShowQuickTips()
 void SmallDialogs::activated()
 {
     // Every activation of the main window: the tips open while both flags are on (a window
-    // already open is left as it is).
-    if (G.QuickTipsOpen && G.Options.ShowQuickTips && !tips_) ShowQuickTips();
+    // already open is left as it is). They come one event-loop turn later, so the main
+    // window paints first.
+    if (!G.QuickTipsOpen || !G.Options.ShowQuickTips || tips_ || pending_) return;
+    pending_ = true;
+    QTimer::singleShot(0, this, [this] {
+        pending_ = false;
+        if (G.QuickTipsOpen && G.Options.ShowQuickTips && !tips_) ShowQuickTips();
+    });
 }
 
 void SmallDialogs::shutDown()

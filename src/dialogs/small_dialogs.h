@@ -25,6 +25,7 @@ public:
 private:
     QPointer<QuikTip1> tips_;
     bool opening_ = false;
+    bool pending_ = false;  // the tips are to open at the next event-loop turn
 };
 
 }  // namespace tw
