@@ -85,7 +85,7 @@ int main(int argc, char **argv)
         << " ms\n";
 
     // 2. Convert JPEG to PNG and to TIFF.
-    for (const QString ext : {QStringLiteral("png"), QStringLiteral("tif")}) {
+    for (const QString &ext : {QStringLiteral("png"), QStringLiteral("tif")}) {
         const QString coder = ext == QLatin1String("png") ? QStringLiteral("PNG") : QStringLiteral("TIFF");
         const double im = bestOf3([&] {
             runTool(convert, {src, coder + u':' + dir.filePath(QStringLiteral("im.") + ext)});
