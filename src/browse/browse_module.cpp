@@ -386,6 +386,18 @@ QStringList BrowseModule::listItemPaths() const
     return PTxShList1 ? PTxShList1->itemPaths() : QStringList();
 }
 
+QString BrowseModule::selectedItemPath() const
+{
+    if (!PTxShList1) return QString();
+    const int first = PTxShList1->selectedItem(0);
+    return first >= 0 ? PTxShList1->itemPath(first) : QString();
+}
+void BrowseModule::refreshList()
+{
+    if (PTxShList1) PTxShList1->refresh();
+}
+bool BrowseModule::markListItem(const QString &path) { return PTxShList1 && PTxShList1->markItem(path); }
+
 TW_REGISTER_PAGE(1, BrowseModule);
 
 }  // namespace tw

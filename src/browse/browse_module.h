@@ -47,6 +47,9 @@ public:
     void setListViewMode(int mode);  // 0 large icons, 1 small icons, 2 list, 3 details
     QString focusedItemPath() const override;
     QStringList listItemPaths() const override;  // display order
+    QString selectedItemPath() const override;
+    void refreshList() override;
+    bool markListItem(const QString &path) override;
     // Splitter1 at SplitterPercent of the tab's width.
     void placeSplitter();
 

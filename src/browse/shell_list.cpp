@@ -407,6 +407,20 @@ bool ShellList::clickItem(const QString &nameOrPath)
     return true;
 }
 
+bool ShellList::markItem(const QString &path)
+{
+    model_->fillAll();
+    const QString want = path.trimmed().toUpper();
+    for (int k = 0; k < itemCount(); ++k)
+        if (itemPath(k).trimmed().toUpper() == want) {
+            const QModelIndex idx = model_->index(k, 0);
+            selection_->setCurrentIndex(idx, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+            currentView()->scrollTo(idx);
+            return true;
+        }
+    return false;
+}
+
 bool ShellList::doubleClickItem(const QString &nameOrPath)
 {
     if (!clickItem(nameOrPath)) return false;

@@ -107,6 +107,11 @@ public:
     // Selects the item of that name (or path) as a user's click does; false when absent.
     bool clickItem(const QString &nameOrPath);
     bool doubleClickItem(const QString &nameOrPath);
+    // Selects and focuses the item of that path and scrolls it into view, as code does
+    // (no click); false when absent.
+    bool markItem(const QString &path);
+    // Reads the folder again now rather than when the watcher reports.
+    void refresh() { applyWatcher(); }
 
     // One level up, Levels times; the tree follows.
     void upOneLevel(int levels = 1);

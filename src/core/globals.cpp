@@ -48,6 +48,8 @@ bool globalVariableText(const QString &name, QString *out)
         {"FromInternet", [&] { return b(g.FromInternet); }},
         {"InternetPictureLoaded", [&] { return b(g.InternetPictureLoaded); }},
         {"QuickTipsOpen", [&] { return b(g.QuickTipsOpen); }},
+        {"CurrentUrl", [&] { return g.CurrentUrl; }},
+        {"CurrentUrlName", [&] { return g.CurrentUrlName; }},
         {"EditedFile", [&] { return g.EditedFile; }},
         // The file under edit goes by both names in the program's own talk.
         {"EditFile", [&] { return g.EditedFile; }},

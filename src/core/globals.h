@@ -69,6 +69,7 @@ struct Globals {
     bool FromInternet = false;
     bool InternetPictureLoaded = false;
     bool QuickTipsOpen = false;
+    QString CurrentUrl, CurrentUrlName;  // the web page asked for, and its name
     QString EditedFile;
     bool SlideShowOnFolder = false;
     bool RunFromBuilder = false;

@@ -48,6 +48,16 @@ public:
     virtual void setListPattern(const QString &pattern) = 0;
     virtual QString focusedItemPath() const = 0;
     virtual QStringList listItemPaths() const = 0;  // display order
+    // The first selected item of the list, "" when none is.
+    virtual QString selectedItemPath() const { return focusedItemPath(); }
+    // Reads the list's folder again at once (a file was added, renamed or removed).
+    virtual void refreshList() {}
+    // Selects and focuses the item of that path and scrolls it into view; false when absent.
+    virtual bool markListItem(const QString &path)
+    {
+        (void)path;
+        return false;
+    }
 };
 
 // What the picture side offers to the window and the other pages.
@@ -92,6 +102,8 @@ public:
     virtual void ApplyColors() = 0;
     virtual void OnToolClick(const QString &id) = 0;
     virtual void showHelpTopic(const QString &topic) = 0;
+    // Shows CurrentUrl in WebBrowser2 (the Internet tab's page answers when it is in the build).
+    virtual void LoadInternetPage(const QString &url) { (void)url; }
 
     // The sides that a page of another subsystem may lend; null when not in the build.
     virtual ExplorerSide *explorer() = 0;

@@ -128,6 +128,27 @@ int64_t sideLimit()
     return t ? t->sideLimit() : 16000;
 }
 
+Status readProfiles(const QString &path, QByteArray *exif, QByteArray *icc)
+{
+    if (const CodecTable *t = table()) return t->readProfiles(path, exif, icc);
+    return Status::NoCoder;
+}
+
+Status encodeWithProfiles(const QList<QImage> &frames, const QString &coder, int bitsPerPixel, int quality,
+                          const QByteArray &exif, const QByteArray &icc, QByteArray *out, QString *message)
+{
+    if (const CodecTable *t = table())
+        return t->encodeWithProfiles(frames, coder, bitsPerPixel, quality, exif, icc, out, message);
+    if (message) *message = g_error;
+    return Status::NoCoder;
+}
+
+Status exifFacts(const QString &path, QStringList *names, QStringList *values)
+{
+    if (const CodecTable *t = table()) return t->exifFacts(path, names, values);
+    return Status::NoCoder;
+}
+
 }  // namespace magick
 
 FrameDecodeStatus decodeWithAv(const QString &path, bool allFrames, int64_t maxBytes, DecodedFrames *out,

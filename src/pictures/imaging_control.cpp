@@ -4,6 +4,7 @@
 #include "pictures/imaging_formats.h"
 #include "pictures/codecs/magick_codec.h"
 #include "pictures/picture_decoder.h"
+#include "pictures/picture_saving.h"
 
 #include <QApplication>
 #include <QBuffer>
@@ -167,6 +168,7 @@ int ImagingControl::load(const QString &path, int /*bitsPerPixel*/, int page, in
     lastDetail_.clear();
     const int status = decodePictureFile(path, std::max(page, 1), pageCount < 0, &p, &lastDetail_);
     if (status != ImagingOk) return status;
+    p.sourceFile = path;
     freeRegion();
     setPicture(p);
     return ImagingOk;
@@ -184,42 +186,14 @@ int ImagingControl::getFileInfo(const QString &path, int page, int /*flags*/)
 int ImagingControl::save(const QString &path, int format, int bits, int quality, int mode)
 {
     if (pic_.isNull()) return ImagingInvalidBitmap;
-    const QString coder = coderOfFormatNumber(format);
-    if (coder.isEmpty()) return ImagingFormatNotAvailable;
-    // The quality figure of the program runs 2 (best) .. 255 (smallest) the old way for
-    // JPEG; anything in 1..100 is taken as a percentage.
-    int q = quality;
-    if (coder == QLatin1String("JPEG")) {
-        if (q <= 0) q = 85;
-        else if (q > 100) q = std::max(1, 100 - q * 100 / 255);
-    }
     QList<QImage> frames;
     if (mode == 1 && QFileInfo::exists(path)) {
         Picture existing;
         if (decodePictureFile(path, 1, true, &existing) == ImagingOk) frames = existing.frames;
     }
     frames.append(image());
-    if (frames.size() == 1 && (coder == QLatin1String("JPEG") || coder == QLatin1String("PNG"))
-        && (bits == 0 || bits == 24 || bits == 32)) {
-        QImageWriter w(path, coder == QLatin1String("JPEG") ? "jpeg" : "png");
-        if (coder == QLatin1String("JPEG")) w.setQuality(q);
-        QImage out = frames.first();
-        if (coder == QLatin1String("JPEG") || bits == 24) out = out.convertToFormat(QImage::Format_RGB32);
-        if (!w.write(out)) {
-            lastDetail_ = w.errorString();
-            return ImagingWriteError;
-        }
-        return ImagingOk;
-    }
-    const magick::Status s = magick::write(frames, path, coder, bits, q, &lastDetail_);
-    switch (s) {
-    case magick::Status::Ok:
-        return ImagingOk;
-    case magick::Status::NoCoder:
-        return ImagingFormatNotAvailable;
-    default:
-        return ImagingWriteError;
-    }
+    lastDetail_.clear();
+    return writePictureFile(frames, path, format, bits, quality, pic_.sourceFile, &lastDetail_);
 }
 
 // ---------------------------------------------------------------- fetch

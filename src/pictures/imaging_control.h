@@ -29,6 +29,7 @@ struct Picture {
     QList<QImage> frames;
     QList<int> delaysMs;
     int bitsPerPixel = 0;
+    QString sourceFile;  // the file it was loaded from, whose metadata a save keeps
     bool isNull() const { return frames.isEmpty() || frames.first().isNull(); }
 };
 

@@ -72,6 +72,9 @@ void PicturesModule::build(QWidget *panel)
     Image2 = new ImagingControl(pictureFrame);
     Image2->setObjectName(QStringLiteral("Image2"));
     Image2->hide();
+    Image3 = new ImagingControl(pictureFrame);
+    Image3->setObjectName(QStringLiteral("Image3"));
+    Image3->hide();
 
     Text5 = new QLabel(pictureFrame);
     Text5->setObjectName(QStringLiteral("Text5"));
@@ -501,13 +504,6 @@ void PicturesModule::offerToSavePicture()
                      + QStringLiteral(" ? "),
                  AppTitle, host_.window()))
         SaveFileAs(G.CurrentFile);
-}
-
-bool PicturesModule::SaveFileAs(const QString &path)
-{
-    // Picture saving arrives with its own feature.
-    Q_UNUSED(path);
-    return false;
 }
 
 void PicturesModule::LoadFolderPictures()

@@ -47,7 +47,7 @@ public:
     void offerToSavePicture() override;
     void LoadFolderPictures() override;
     QWidget *pictureWidget() const override;
-    // Picture saving; false when not saved.
+    // Picture saving (picture_files.cpp); false when not saved.
     bool SaveFileAs(const QString &path);
 
     void LoadImage(const QString &path);
@@ -91,6 +91,7 @@ public:
     QPushButton *ToggleBtn = nullptr;
     ImagingControl *Image1 = nullptr;
     ImagingControl *Image2 = nullptr;
+    ImagingControl *Image3 = nullptr;  // hidden: a picture saved or converted without showing it
     QFrame *Frame5 = nullptr;  // "Loading File on the Internet ..." over the picture
     QLabel *Text5 = nullptr;  // the small box past the picture's lower right corner
 
@@ -108,6 +109,7 @@ public:
     bool AnimatedPicture = false;
     QString LastPicturePath;
     bool RedEyePending = false;
+    QString LastSaveFolder;  // folder of the last picture saved; wins over the source's folder
 
     // The remote file list's removal of an address, set by the window that owns that list;
     // the watchdog calls it with the address of a fetch that never came.

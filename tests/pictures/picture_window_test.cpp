@@ -14,7 +14,11 @@
 #include <QAction>
 #include <QBuffer>
 #include <QDir>
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QFrame>
+#include <QTimer>
 #include <QListWidget>
 #include <QPainter>
 #include <QTemporaryDir>
@@ -209,6 +213,34 @@ private slots:
 
     // Opening a file already in the view list leaves the list's current row, and the view
     // list tool checked is that row's, not the new picture's.
+    // The stored JPEG quality is read at each save: a change applies to the very next one.
+    void jpegQualityAppliesToTheNextSave()
+    {
+        const QString src = dir_.filePath(QStringLiteral("q.png"));
+        QVERIFY(testPicture(300, 200).save(src));
+        G.CurrentExt = QStringLiteral("PNG");
+        G.CurrentPage = 1;
+        w->LoadImage(src);
+        auto saveAs = [this](const QString &from, const QString &to) {
+            QTimer::singleShot(0, this, [to] {
+                if (auto *d = qobject_cast<QFileDialog *>(QApplication::activeModalWidget())) {
+                    d->selectFile(to);
+                    QMetaObject::invokeMethod(d, "accept", Qt::DirectConnection);
+                }
+            });
+            return P->SaveFileAs(from);
+        };
+        G.Options.JpegQuality = 1;
+        QVERIFY(saveAs(dir_.filePath(QStringLiteral("q.jpg")), dir_.filePath(QStringLiteral("fine.jpg"))));
+        G.Options.JpegQuality = 90;
+        QVERIFY(saveAs(dir_.filePath(QStringLiteral("q.jpg")), dir_.filePath(QStringLiteral("small.jpg"))));
+        const qint64 fine = QFileInfo(dir_.filePath(QStringLiteral("fine.jpg"))).size();
+        const qint64 small = QFileInfo(dir_.filePath(QStringLiteral("small.jpg"))).size();
+        QVERIFY2(small > 0 && fine > small + small / 4,
+                 qPrintable(QStringLiteral("%1 %2").arg(fine).arg(small)));
+        G.Options.JpegQuality = 9;
+    }
+
     void viewListToolFollowsTheCurrentRow()
     {
         QVERIFY(dir_.isValid());

@@ -13,6 +13,7 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QAbstractSpinBox>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -521,6 +522,14 @@ private:
                     QStringLiteral("%1 needs %2 arguments").arg(cmd).arg(n).toStdString());
         };
 
+        if (cmd == QLatin1String("setenv")) {
+            // An environment variable for what the program starts from now on (SANE's
+            // configuration folder, PATH).
+            need(2);
+            return qputenv(t[1].toLocal8Bit().constData(), arg(2).toLocal8Bit())
+                ? Outcome::done()
+                : Outcome::fail(QStringLiteral("cannot set ") + t[1]);
+        }
         if (cmd == QLatin1String("mkdir")) {
             need(1);
             return QDir().mkpath(arg(1)) ? Outcome::done()
@@ -730,6 +739,8 @@ private:
             if (auto *e = qobject_cast<QLineEdit *>(w)) e->selectAll(), QTest::keyClick(e, Qt::Key_Delete);
             else if (auto *te = qobject_cast<QTextEdit *>(w)) te->clear();
             else if (auto *pe = qobject_cast<QPlainTextEdit *>(w)) pe->clear();
+            else if (auto *sb = qobject_cast<QAbstractSpinBox *>(w))
+                sb->selectAll(), QTest::keyClick(sb, Qt::Key_Delete);
             QTest::keyClicks(w, arg(2));
             return Outcome::done();
         }
@@ -932,9 +943,16 @@ private:
             else {
                 // The user types the whole path into the name box (selectFile leaves a box
                 // that has the focus alone) and presses the dialog's button.
-                if (auto *name = d->findChild<QLineEdit *>(QStringLiteral("fileNameEdit")))
+                if (auto *name = d->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))) {
+                    // Typing into the box takes the focus there, which drops a selection the
+                    // file view holds (the dialog's suggested name); offscreen the focus does
+                    // not move by itself, so the selection goes first.
+                    for (const char *view : {"listView", "treeView"})
+                        if (auto *v = d->findChild<QAbstractItemView *>(QLatin1String(view)))
+                            if (v->selectionModel()) v->selectionModel()->clearSelection();
+                    name->setFocus();
                     name->setText(arg(1));
-                else d->selectFile(arg(1));
+                } else d->selectFile(arg(1));
                 QMetaObject::invokeMethod(d, "accept", Qt::DirectConnection);
             }
             return Outcome::done();

@@ -3,13 +3,22 @@
 
 namespace {
 const tw::CodecTable kTable = {
-    tw::CodecTableVersion,  &tw::magick::initialise,
-    &tw::magick::read,      &tw::magick::readBlob,
-    &tw::magick::ping,      &tw::magick::write,
-    &tw::magick::canWrite,  &tw::magick::canRead,
-    &tw::magick::resample,  &tw::magick::brightnessContrast,
-    &tw::magick::areaLimit, &tw::magick::sideLimit,
+    tw::CodecTableVersion,
+    &tw::magick::initialise,
+    &tw::magick::read,
+    &tw::magick::readBlob,
+    &tw::magick::ping,
+    &tw::magick::write,
+    &tw::magick::canWrite,
+    &tw::magick::canRead,
+    &tw::magick::resample,
+    &tw::magick::brightnessContrast,
+    &tw::magick::areaLimit,
+    &tw::magick::sideLimit,
     &tw::decodeWithAv,
+    &tw::magick::readProfiles,
+    &tw::magick::encodeWithProfiles,
+    &tw::magick::exifFacts,
 };
 }  // namespace
 

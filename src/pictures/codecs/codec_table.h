@@ -4,6 +4,7 @@
 #pragma once
 
 #include "pictures/codecs/magick_codec.h"
+#include "pictures/codecs/magick_write.h"
 #include "pictures/frame_decoders.h"
 
 namespace tw {
@@ -22,9 +23,14 @@ struct CodecTable {
     int64_t (*areaLimit)();
     int64_t (*sideLimit)();
     FrameDecodeStatus (*decodeWithAv)(const QString &, bool, int64_t, DecodedFrames *, QString *);
+    // Saving with the original's metadata.
+    magick::Status (*readProfiles)(const QString &, QByteArray *, QByteArray *);
+    magick::Status (*encodeWithProfiles)(const QList<QImage> &, const QString &, int, int, const QByteArray &,
+                                         const QByteArray &, QByteArray *, QString *);
+    magick::Status (*exifFacts)(const QString &, QStringList *, QStringList *);
 };
 
-constexpr int CodecTableVersion = 1;
+constexpr int CodecTableVersion = 2;
 // The name of the function the module exports.
 constexpr const char *CodecTableSymbol = "tw_codec_table";
 
