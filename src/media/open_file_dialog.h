@@ -2,6 +2,8 @@
 // old "Name|*.A;*.B|..." form and a default extension; a cancel comes back as "".
 #pragma once
 
+#include "core/file_filters.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -9,9 +11,6 @@ class QWidget;
 
 namespace tw {
 
-// Qt name filters for an old filter string ("AVI Files|*.AVI|..." gives "AVI Files (*.AVI
-// *.avi)"): a pattern matches in either case, as the names on a Linux disk come in both.
-QStringList qtNameFilters(const QString &oldFilter);
 QString openFileDialog(QWidget *parent, const QString &title, const QString &folder, const QString &oldFilter,
                        const QString &defaultExt);
 

@@ -3,6 +3,8 @@
 // of the program's "caption|pattern|caption|pattern" filters into the dialog's own.
 #pragma once
 
+#include "core/file_filters.h"
+
 #include <QFileDialog>
 #include <QString>
 #include <QStringList>
@@ -13,9 +15,6 @@ class QSpinBox;
 
 namespace tw {
 
-// "Name|*.A;*.B|..." as the dialog's filters "Name (*.A *.a *.B *.b)": patterns match
-// either case, as the program's patterns always do.
-QStringList qtNameFilters(const QString &pipeFilter);
 // The first extension of a dialog filter ("JPG" of "Name (*.JPG *.jpg ...)"), upper case.
 QString firstExtensionOfFilter(const QString &qtFilter);
 
