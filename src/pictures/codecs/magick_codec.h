@@ -39,6 +39,8 @@ enum class Status {
     NoCoder,  // the format exists but has no reader or writer here
     BadPage,
     WriteFailed,
+    Stopped,  // the decoder process crashed, passed a limit or took too long
+    Abandoned,  // the user gave up waiting (Escape), or the program is closing
 };
 
 // Decodes page `page` (1-based) of `path`; with `allPages` every page or frame.
