@@ -93,8 +93,15 @@ bool spawn(Helper *out, QString *detail)
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
     const QByteArray path = QFile::encodeName(exe);
     char *argv[] = {const_cast<char *>(path.constData()), nullptr};
+    // Each helper leads a process group of its own, so that killing it takes the programs
+    // ImageMagick started for it (Ghostscript for PostScript) along.
+    posix_spawnattr_t attr;
+    posix_spawnattr_init(&attr);
+    posix_spawnattr_setflags(&attr, POSIX_SPAWN_SETPGROUP);
+    posix_spawnattr_setpgroup(&attr, 0);
     pid_t pid = -1;
-    const int rc = posix_spawn(&pid, path.constData(), &actions, nullptr, argv, environ);
+    const int rc = posix_spawn(&pid, path.constData(), &actions, &attr, argv, environ);
+    posix_spawnattr_destroy(&attr);
     posix_spawn_file_actions_destroy(&actions);
     close(sv[1]);
     if (rc != 0) {
@@ -114,7 +121,7 @@ bool spawn(Helper *out, QString *detail)
 void retire(Helper &h, bool kill)
 {
     if (h.pid <= 0) return;
-    if (kill) ::kill(h.pid, SIGKILL);
+    if (kill) ::kill(-h.pid, SIGKILL);
     close(h.fd);
     // Closing its socket ends an idle helper; a killed one is gone at once.
     int status = 0;
@@ -395,7 +402,7 @@ Outcome run(const Request &request)
     if (!sendAll(h.fd, framed(encodeRequest(request)))) {
         // A warm helper that died on its own (it could not load the codecs): one more try.
         int status = 0;
-        kill(h.pid, SIGKILL);
+        kill(-h.pid, SIGKILL);
         close(h.fd);
         waitpid(h.pid, &status, 0);
         --g_running;
@@ -437,9 +444,10 @@ Outcome run(const Request &request)
             if (!dead) usleep(2000);
         }
         if (!dead) {
-            kill(h.pid, SIGKILL);
+            kill(-h.pid, SIGKILL);
             while (waitpid(h.pid, &status, 0) < 0 && errno == EINTR) {}
         }
+        kill(-h.pid, SIGKILL);  // what it started, if anything is left
         close(h.fd);
         --g_running;
         out.kind = deadline.hasExpired() && !dead ? Outcome::TimedOut : Outcome::Crashed;

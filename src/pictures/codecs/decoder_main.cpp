@@ -239,8 +239,11 @@ int main()
     const CodecTable *codecs = loadCodecs();
     if (!codecs) return 2;
     codecs->initialise();
-    // ImageMagick's limits, inside it: its clock and the pages of one file. (Memory, map,
-    // area, width and height keep the system policy's caps, which only go lower.)
+    // ImageMagick's limits, inside it: its clock, the pages of one file, and no pixel cache
+    // on disk, so that all pages of a file together stay within its memory caps and a helper
+    // that is killed leaves no temporary files. (Memory, map, area, width and height keep
+    // the system policy's caps, which only go lower.)
+    SetMagickResourceLimit(DiskResource, 0);
     SetMagickResourceLimit(TimeResource, MagickTimeLimit);
     SetMagickResourceLimit(ListLengthResource, MagickListLength);
 

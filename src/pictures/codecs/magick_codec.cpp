@@ -146,6 +146,14 @@ QImage toQImage(Magick::Image &img)
     QImage q(w, h, QImage::Format_ARGB32);
     if (q.isNull()) throw Magick::ErrorResourceLimit("MemoryAllocationFailed");
     img.write(0, 0, size_t(w), size_t(h), "BGRA", Magick::CharPixel, q.bits());
+    // A picture without alpha is opaque: some coders (TGA's run-length reader) leave the
+    // opacity of the pixels they fill unset, and it would come out as whatever was there.
+    if (!img.matte()) {
+        for (int y = 0; y < h; ++y) {
+            auto *line = reinterpret_cast<uint32_t *>(q.scanLine(y));
+            for (int x = 0; x < w; ++x) line[x] |= 0xFF000000u;
+        }
+    }
     return q;
 }
 

@@ -1,0 +1,301 @@
+// Files that crash, freeze or swell a picture decoder: the program survives each of them,
+// its window keeps running while the decoder works, Escape gives up the wait, and the
+// decoder helper that failed is replaced for the next picture.
+#include "pictures/decoder_pool.h"
+#include "pictures/imaging_errors.h"
+#include "pictures/picture_decoder.h"
+#include "test_support.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QKeyEvent>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QWidget>
+#include <tiffio.h>
+
+using namespace tw;
+
+namespace {
+
+// The corpus's JBIG file with the header's width and height (bytes 4 to 11) replaced.
+QString jbigWithSize(const QString &dir, const QString &name, const QByteArray &size)
+{
+    QFile in(twtest::corpus(QStringLiteral("jbg/input.bie")));
+    if (!in.open(QIODevice::ReadOnly)) return QString();
+    QByteArray d = in.readAll();
+    d.replace(4, 8, size);
+    const QString path = dir + QLatin1Char('/') + name;
+    QFile out(path);
+    if (!out.open(QIODevice::WriteOnly)) return QString();
+    out.write(d);
+    return path;
+}
+
+// A PostScript picture that never ends: Ghostscript loops for ever on it.
+QString endlessEps(const QString &dir)
+{
+    const QString path = dir + QStringLiteral("/endless.eps");
+    QFile f(path);
+    if (!f.open(QIODevice::WriteOnly)) return QString();
+    f.write("%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 10 10\n{} loop\n");
+    return path;
+}
+
+const QByteArray CrashingSize("\x00\x10\x00\x00\x00\x10\x00\x00", 8);  // 1048576 x 1048576
+const QByteArray FreezingSize("\x7f\xff\xff\xff\x00\x10\x00\x00", 8);  // width 7fffffff
+
+// A TIFF of `pages` grey pages of w x h, deflate-compressed (small on disk, large decoded).
+bool writeManyPageTiff(const QString &path, int pages, int w, int h)
+{
+    TIFF *t = TIFFOpen(QFile::encodeName(path).constData(), "w");
+    if (!t) return false;
+    QByteArray row(w, '\x80');
+    for (int p = 0; p < pages; ++p) {
+        TIFFSetField(t, TIFFTAG_IMAGEWIDTH, w);
+        TIFFSetField(t, TIFFTAG_IMAGELENGTH, h);
+        TIFFSetField(t, TIFFTAG_BITSPERSAMPLE, 8);
+        TIFFSetField(t, TIFFTAG_SAMPLESPERPIXEL, 1);
+        TIFFSetField(t, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK);
+        TIFFSetField(t, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+        TIFFSetField(t, TIFFTAG_COMPRESSION, COMPRESSION_ADOBE_DEFLATE);
+        TIFFSetField(t, TIFFTAG_ROWSPERSTRIP, h);
+        TIFFSetField(t, TIFFTAG_SUBFILETYPE, FILETYPE_PAGE);
+        TIFFSetField(t, TIFFTAG_PAGENUMBER, p, pages);
+        for (int y = 0; y < h; ++y) {
+            if (TIFFWriteScanline(t, row.data(), uint32_t(y), 0) < 0) {
+                TIFFClose(t);
+                return false;
+            }
+        }
+        TIFFWriteDirectory(t);
+    }
+    TIFFClose(t);
+    return true;
+}
+
+}  // namespace
+
+class RobustTest : public QObject {
+    Q_OBJECT
+private slots:
+    void init() { decoding::setTimeoutMs(5000); }
+
+    void helpersAreReadyBeforeTheFirstLegacyPicture()
+    {
+        QVERIFY2(!decoding::helperPath().isEmpty(), "tarnwick-decoder not found beside the codec module");
+        decoding::warmUp();
+        QVERIFY(decoding::helpersRunning() >= 2);
+    }
+
+    void crashingJbigFailsAndTheNextPictureOpens()
+    {
+        if (!twtest::haveCorpus()) QSKIP("no corpus");
+        QTemporaryDir dir;
+        const QString bad = jbigWithSize(dir.path(), QStringLiteral("crash.jbg"), CrashingSize);
+        QVERIFY(!bad.isEmpty());
+        Picture pic;
+        QString detail;
+        const int started = decoding::helpersStarted();
+        const int status = decodePictureFile(bad, 1, false, &pic, &detail);
+        QVERIFY2(status == ImagingReadError || status == ImagingNoMemory || status == ImagingInvalidFormat,
+                 qPrintable(QString::number(status) + QLatin1Char(' ') + detail));
+        QVERIFY(!GetImagingErrorText(status).isEmpty());
+        QVERIFY(pic.isNull());
+        // The program is still here; the next legacy picture opens in a helper as before.
+        Picture good;
+        QCOMPARE(decodePictureFile(twtest::corpus(QStringLiteral("pcx/input.pcx")), 1, false, &good), 0);
+        QVERIFY(!good.isNull());
+        QVERIFY(decoding::helpersRunning() >= 2);
+        qInfo() << "crashing JBIG:" << status << detail << "helpers started"
+                << decoding::helpersStarted() - started;
+    }
+
+    void freezingJbigIsStoppedAndTheWindowKeepsRunning()
+    {
+        if (!twtest::haveCorpus()) QSKIP("no corpus");
+        QTemporaryDir dir;
+        const QString bad = jbigWithSize(dir.path(), QStringLiteral("freeze.jbg"), FreezingSize);
+        decoding::setTimeoutMs(2000);
+        int ticks = 0;
+        QTimer tick;
+        connect(&tick, &QTimer::timeout, this, [&] { ++ticks; });
+        tick.start(50);
+        QElapsedTimer t;
+        t.start();
+        Picture pic;
+        QString detail;
+        const int status = decodePictureFile(bad, 1, false, &pic, &detail);
+        const qint64 ms = t.elapsed();
+        QVERIFY2(status != ImagingOk, qPrintable(detail));
+        QVERIFY(!GetImagingErrorText(status).isEmpty());
+        // Within the time allowed (twice: the load tries the file as a picture, then its facts).
+        QVERIFY2(ms < 2 * 2000 + 2000, qPrintable(QString::number(ms)));
+        qInfo() << "freezing JBIG:" << status << detail << ms << "ms," << ticks << "timer ticks meanwhile";
+        if (ms > 500) QVERIFY2(ticks > 0, "the event loop did not run while the picture decoded");
+    }
+
+    void aDecoderThatHangsIsKilledInTime()
+    {
+        QTemporaryDir dir;
+        const QString bad = endlessEps(dir.path());
+        decoding::setTimeoutMs(1500);
+        int ticks = 0;
+        QTimer tick;
+        connect(&tick, &QTimer::timeout, this, [&] { ++ticks; });
+        tick.start(50);
+        QElapsedTimer t;
+        t.start();
+        Picture pic;
+        QString detail;
+        const int status = decodePictureFile(bad, 1, false, &pic, &detail);
+        const qint64 ms = t.elapsed();
+        QCOMPARE(status, int(ImagingReadError));
+        QCOMPARE(GetImagingErrorText(status), QStringLiteral("Error reading file"));
+        QVERIFY2(ms >= 1400 && ms < 3500, qPrintable(QString::number(ms)));
+        QVERIFY2(detail.contains(QLatin1String("took longer")), qPrintable(detail));
+        QVERIFY2(ticks >= 10, qPrintable(QString::number(ticks)));  // the event loop ran meanwhile
+        // No Ghostscript left spinning after its helper was killed.
+        QProcess ps;
+        ps.start(QStringLiteral("pgrep"), {QStringLiteral("-f"), bad});
+        ps.waitForFinished();
+        QCOMPARE(ps.readAllStandardOutput().trimmed(), QByteArray());
+        QVERIFY(decoding::helpersRunning() >= 2);
+    }
+
+    void escapeAbandonsADecode()
+    {
+        if (!twtest::haveCorpus()) QSKIP("no corpus");
+        QTemporaryDir dir;
+        const QString bad = endlessEps(dir.path());
+        decoding::setTimeoutMs(8000);
+        QWidget w;
+        w.show();
+        QTimer::singleShot(300, &w, [&w] {
+            QKeyEvent *e = new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+            QCoreApplication::postEvent(&w, e);
+        });
+        QElapsedTimer t;
+        t.start();
+        Picture pic;
+        QString detail;
+        const int status = decodePictureFile(bad, 1, false, &pic, &detail);
+        const qint64 ms = t.elapsed();
+        QCOMPARE(status, int(ImagingEscapePressed));
+        QCOMPARE(GetImagingErrorText(status), QStringLiteral("Escape key pressed"));
+        QVERIFY2(ms < 3000, qPrintable(QString::number(ms)));
+    }
+
+    void closingTheWindowAbandonsADecodeAndThenCloses()
+    {
+        if (!twtest::haveCorpus()) QSKIP("no corpus");
+        QTemporaryDir dir;
+        const QString bad = endlessEps(dir.path());
+        decoding::setTimeoutMs(8000);
+        QWidget w;
+        w.show();
+        QTimer::singleShot(300, &w, [&w] { w.close(); });
+        QElapsedTimer t;
+        t.start();
+        Picture pic;
+        const int status = decodePictureFile(bad, 1, false, &pic);
+        QCOMPARE(status, int(ImagingEscapePressed));
+        QVERIFY(t.elapsed() < 3000);
+        QVERIFY(w.isVisible());  // not closed in the middle of the load ...
+        QTRY_VERIFY(!w.isVisible());  // ... but right after it
+    }
+
+    void inputWaitsWhileAPictureDecodes()
+    {
+        if (!twtest::haveCorpus()) QSKIP("no corpus");
+        QTemporaryDir dir;
+        const QString bad = endlessEps(dir.path());
+        decoding::setTimeoutMs(1000);
+        QWidget w;
+        w.show();
+        int keys = 0;
+        struct Counter : QObject {
+            int *n;
+            bool eventFilter(QObject *, QEvent *e) override
+            {
+                if (e->type() == QEvent::KeyPress) ++*n;
+                return false;
+            }
+        } counter;
+        counter.n = &keys;
+        w.installEventFilter(&counter);
+        QTimer::singleShot(200, &w, [&w] {
+            QCoreApplication::postEvent(&w, new QKeyEvent(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, "a"));
+        });
+        Picture pic;
+        decodePictureFile(bad, 1, false, &pic);
+        QCOMPARE(keys, 0);
+    }
+
+    void manyPageTiffAsAnimationIsCappedInAll()
+    {
+        QTemporaryDir dir;
+        // 160 pages of a megapixel: 640 MB decoded, over the cap on all frames together.
+        const QString path = dir.path() + QStringLiteral("/pages.ani");
+        QVERIFY(writeManyPageTiff(path, 160, 1000, 1000));
+        QVERIFY(QFileInfo(path).size() < 4 * 1024 * 1024);
+        decoding::setTimeoutMs(20000);
+        QElapsedTimer t;
+        t.start();
+        Picture pic;
+        QString detail;
+        const int status = decodePictureFile(path, 0, true, &pic, &detail);
+        QCOMPARE(status, int(ImagingNoMemory));
+        QVERIFY(pic.isNull());
+        qInfo() << "160-page TIFF as .ani:" << detail << t.elapsed() << "ms";
+        // A few pages are an animation like any other.
+        const QString few = dir.path() + QStringLiteral("/few.ani");
+        QVERIFY(writeManyPageTiff(few, 3, 64, 48));
+        QCOMPARE(decodePictureFile(few, 0, true, &pic), 0);
+        QCOMPARE(pic.frames.size(), 3);
+        QCOMPARE(pic.frames.first().size(), QSize(64, 48));
+    }
+
+    void legacyPicturesMatchInProcessDecoding()
+    {
+        if (!twtest::haveCorpus()) QSKIP("no corpus");
+        for (const char *f :
+             {"pcx/input.pcx", "tga/200x32_rgb_bl_rle.tga", "psd/input.psd", "flc/2422.flc"}) {
+            const QString path = twtest::corpus(QLatin1String(f));
+            if (!QFile::exists(path)) continue;
+            Picture viaHelper, here;
+            const int a = decodePictureFile(path, 1, false, &viaHelper);
+            decoding::setInProcess(true);
+            const int b = decodePictureFile(path, 1, false, &here);
+            decoding::setInProcess(false);
+            QCOMPARE(a, b);
+            if (a != 0) continue;
+            QCOMPARE(viaHelper.frames.size(), here.frames.size());
+            QCOMPARE(viaHelper.bitsPerPixel, here.bitsPerPixel);
+            const QImage x = viaHelper.frames.first(), y = here.frames.first();
+            QCOMPARE(x.size(), y.size());
+            QCOMPARE(x.format(), y.format());
+            int differ = 0;
+            for (int r = 0; r < x.height(); ++r)
+                for (int c = 0; c < x.width(); ++c) {
+                    if (x.pixel(c, r) != y.pixel(c, r) && !differ)
+                        qInfo() << f << c << r << Qt::hex << x.pixel(c, r) << y.pixel(c, r);
+                    differ += x.pixel(c, r) != y.pixel(c, r);
+                }
+            QVERIFY2(differ == 0,
+                     qPrintable(QString::fromLatin1(f) + QStringLiteral(": ") + QString::number(differ)
+                                + QStringLiteral(" pixels differ")));
+        }
+    }
+};
+
+int main(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    RobustTest t;
+    return QTest::qExec(&t, argc, argv);
+}
+
+#include "robust_test.moc"
