@@ -1,5 +1,7 @@
 #include "pictures/decoder_pool.h"
 
+#include "core/busy.h"
+
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QDir>
@@ -259,6 +261,8 @@ Wait waitReadable(int fd, const QDeadlineTimer &deadline)
     pollfd p{fd, POLLIN, 0};
     if (poll(&p, 1, 0) > 0) return Wait::Readable;
 
+    // Busy meanwhile, as a walk that yields is: the load is still under way.
+    BusyScope busy;
     QEventLoop loop;
     InputGuard guard;
     guard.loop = &loop;
