@@ -360,10 +360,11 @@ bool mapFrames(int memFd, Outcome *out)
     if (memFd < 0) return false;
     struct stat st {};
     if (fstat(memFd, &st) != 0 || st.st_size < r.pixelBytes) return false;
-    void *base = mmap(nullptr, size_t(r.pixelBytes), PROT_READ | PROT_WRITE, MAP_PRIVATE, memFd, 0);
+    // Read-only and mapped in whole at once: the pictures over it are copied only if changed.
+    void *base = mmap(nullptr, size_t(r.pixelBytes), PROT_READ, MAP_SHARED | MAP_POPULATE, memFd, 0);
     if (base == MAP_FAILED) return false;
     auto *m = new Mapping{base, size_t(r.pixelBytes)};
-    out->frames = framesOver(static_cast<uchar *>(base), r, unmap, m);
+    out->frames = framesOver(static_cast<const uchar *>(base), r, unmap, m);
     return true;
 }
 

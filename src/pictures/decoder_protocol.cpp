@@ -132,7 +132,7 @@ bool decodeReply(const QByteArray &data, Reply *out)
     return true;
 }
 
-QList<QImage> framesOver(uchar *base, const Reply &r, void (*release)(void *), void *releaseInfo)
+QList<QImage> framesOver(const uchar *base, const Reply &r, void (*release)(void *), void *releaseInfo)
 {
     QList<QImage> frames;
     if (r.frames.isEmpty()) {

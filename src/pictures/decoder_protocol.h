@@ -63,8 +63,9 @@ bool decodeReply(const QByteArray &data, Reply *out);
 // Bytes of the frames of a reply, one after the other; -1 when they overflow.
 int64_t packedBytes(const QList<FrameLayout> &frames);
 
-// The frames of a reply as pictures over the pixels at `base` (pixelBytes long), which
-// stay alive until the last picture is gone: `release(base)` runs then.
-QList<QImage> framesOver(uchar *base, const Reply &r, void (*release)(void *), void *releaseInfo);
+// The frames of a reply as read-only pictures over the pixels at `base` (pixelBytes long,
+// copied only when a picture is changed), which stay alive until the last picture is gone:
+// `release(releaseInfo)` runs then.
+QList<QImage> framesOver(const uchar *base, const Reply &r, void (*release)(void *), void *releaseInfo);
 
 }  // namespace tw::decoding

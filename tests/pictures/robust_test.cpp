@@ -2,6 +2,7 @@
 // its window keeps running while the decoder works, Escape gives up the wait, and the
 // decoder helper that failed is replaced for the next picture.
 #include "pictures/decoder_pool.h"
+#include "pictures/imaging_control.h"
 #include "pictures/imaging_errors.h"
 #include "pictures/picture_decoder.h"
 #include "test_support.h"
@@ -74,6 +75,15 @@ bool writeManyPageTiff(const QString &path, int pages, int w, int h)
     }
     TIFFClose(t);
     return true;
+}
+
+long statusKiB(const char *key)
+{
+    QFile f(QStringLiteral("/proc/self/status"));
+    if (!f.open(QIODevice::ReadOnly)) return -1;
+    for (const QByteArray &line : f.readAll().split('\n'))
+        if (line.startsWith(key)) return line.mid(int(strlen(key))).trimmed().split(' ').first().toLong();
+    return -1;
 }
 
 }  // namespace
@@ -256,6 +266,64 @@ private slots:
         QCOMPARE(decodePictureFile(few, 0, true, &pic), 0);
         QCOMPARE(pic.frames.size(), 3);
         QCOMPARE(pic.frames.first().size(), QSize(64, 48));
+    }
+
+    void aLargePictureUnderZoomStaysWithinItsMemory()
+    {
+        // 6000 x 4000 (24 megapixels, 96 MB decoded), zoomed by keyboard steps from 100 % down
+        // to 5 % and up to 300 %, repainted at each step.
+        QWidget frame;
+        frame.resize(1024, 700);
+        auto *c = new ImagingControl(&frame);
+        c->resize(1000, 680);
+        frame.show();
+        {
+            QImage big(6000, 4000, QImage::Format_RGB32);
+            for (int y = 0; y < big.height(); ++y) {
+                auto *line = reinterpret_cast<QRgb *>(big.scanLine(y));
+                for (int x = 0; x < big.width(); ++x) line[x] = qRgb(x & 0xFF, y & 0xFF, (x ^ y) & 0xFF);
+            }
+            Picture p;
+            p.frames.append(big);
+            p.delaysMs.append(0);
+            p.bitsPerPixel = 24;
+            c->setPicture(p);
+        }
+        QVERIFY(QTest::qWaitForWindowExposed(&frame));
+        QApplication::processEvents();
+        const double decoded = 6000.0 * 4000 * 4;
+        const int64_t viewBytes = int64_t(c->viewport()->width()) * c->viewport()->height() * 4;
+        QFile clear(QStringLiteral("/proc/self/clear_refs"));
+        const bool canReset = clear.open(QIODevice::WriteOnly) && clear.write("5") == 1;
+        clear.close();
+        const long before = statusKiB("VmRSS:");
+        QList<int> steps;
+        for (int z = 95; z >= 5; z -= 5) steps << z;
+        for (int z = 10; z <= 300; z += 5) steps << z;
+        for (int z : steps) {
+            c->setZoomPercent(z);
+            const int painted = c->paintCount();
+            c->viewport()->repaint();
+            QCOMPARE(c->paintCount(), painted + 1);
+            // Only the part that shows is kept scaled: never more than the control's own size.
+            QVERIFY2(c->paintCacheBytes()
+                         <= viewBytes + 4 * (c->viewport()->width() + c->viewport()->height() + 4),
+                     qPrintable(QStringLiteral("zoom %1: %2 bytes kept").arg(z).arg(c->paintCacheBytes())));
+        }
+        // The scroll position at a small zoom moves the part that is scaled, not the whole.
+        c->setZoomPercent(50);
+        c->setScrollPosition(QPoint(1200, 700));
+        c->viewport()->repaint();
+        QVERIFY(c->paintCacheBytes() <= viewBytes + 4 * 4000);
+        if (canReset) {
+            const long peak = statusKiB("VmHWM:");
+            // Beyond the picture itself (already counted in `before`), at most half of it more.
+            QVERIFY2(
+                (peak - before) * 1024.0 <= 0.5 * decoded,
+                qPrintable(QStringLiteral("peak grew by %1 MiB while zooming").arg((peak - before) / 1024)));
+            qInfo() << "zoom 100 -> 5 -> 300 %: peak grew by" << (peak - before) / 1024 << "MiB over the"
+                    << decoded / 1048576 << "MiB picture";
+        }
     }
 
     void legacyPicturesMatchInProcessDecoding()

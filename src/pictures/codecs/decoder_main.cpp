@@ -144,7 +144,7 @@ int packFrames(const QList<QImage> &frames, const QList<int> &delays, Reply *rep
         close(fd);
         return -1;
     }
-    void *map = mmap(nullptr, size_t(total), PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+    void *map = mmap(nullptr, size_t(total), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_POPULATE, fd, 0);
     if (map == MAP_FAILED) {
         close(fd);
         return -1;
