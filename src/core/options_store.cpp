@@ -81,7 +81,9 @@ StoreResult writeFile(const QString &path, const QByteArray &data)
 uint32_t toColor(double v)
 {
     if (!std::isfinite(v)) return 0;
-    const long long l = static_cast<long long>(v);
+    // The low 32 bits of the whole number, for any size of number (a cast of one beyond
+    // 64 bits would be undefined).
+    const long long l = static_cast<long long>(std::fmod(std::trunc(v), 4294967296.0));
     return static_cast<uint32_t>(l);
 }
 }  // namespace

@@ -236,3 +236,17 @@ TEST(OptionsStore, AGoodOrMissingFileLeavesNoCopy)
     ASSERT_TRUE(SaveOptions(o, d.path()).ok);
     EXPECT_FALSE(QFile::exists(d.path() + "/Options.INI.bak"));
 }
+
+TEST(OptionsStore, ColoursBeyondAnyWholeNumberKeepTheirLow32Bits)
+{
+    QTemporaryDir d;
+    QByteArray line = "4294967297 -1 100000000000000000000 -100000000000000000000";
+    for (int i = 4; i < ColorSettings::Count; ++i) line += " 0";
+    put(d.path() + "/Colors.INI", line + "\r\n");
+    ColorSettings c;
+    ASSERT_TRUE(LoadColors(c, d.path()).ok);
+    EXPECT_EQ(c.field(0), 1u);
+    EXPECT_EQ(c.field(1), 0xFFFFFFFFu);
+    EXPECT_EQ(c.field(2), 1661992960u);
+    EXPECT_EQ(c.field(3), 2632974336u);
+}
