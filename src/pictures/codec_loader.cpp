@@ -122,6 +122,11 @@ QImage brightnessContrast(const QImage &src, double brightness, double contrast)
     return src;
 }
 
+void setPixelAllocator(PixelAllocator allocator)
+{
+    if (const CodecTable *t = table()) t->setPixelAllocator(allocator);
+}
+
 int64_t areaLimit()
 {
     const CodecTable *t = table();

@@ -87,20 +87,10 @@ QByteArray encodeReply(const Reply &r)
     s << ReplyMagic << qint32(r.status) << r.message << r.facts << r.format << qint32(r.bitsPerPixel)
       << qint32(r.frames.size());
     for (const FrameLayout &f : r.frames)
-        s << qint32(f.width) << qint32(f.height) << qint32(f.bytesPerLine) << qint32(f.delayMs);
+        s << qint32(f.width) << qint32(f.height) << qint32(f.bytesPerLine) << qint32(f.delayMs)
+          << qint64(f.offset);
     s << qint64(r.pixelBytes);
     return out;
-}
-
-int64_t packedBytes(const QList<FrameLayout> &frames)
-{
-    int64_t total = 0;
-    for (const FrameLayout &f : frames) {
-        const int64_t one = int64_t(f.bytesPerLine) * f.height;
-        if (one < 0 || total > std::numeric_limits<int64_t>::max() - one) return -1;
-        total += one;
-    }
-    return total;
 }
 
 bool decodeReply(const QByteArray &data, Reply *out)
@@ -116,17 +106,23 @@ bool decodeReply(const QByteArray &data, Reply *out)
     r.bitsPerPixel = bits;
     for (qint32 i = 0; i < count; ++i) {
         qint32 w = 0, h = 0, bpl = 0, delay = 0;
-        s >> w >> h >> bpl >> delay;
+        qint64 offset = 0;
+        s >> w >> h >> bpl >> delay >> offset;
         if (s.status() != QDataStream::Ok) return false;
         // Every frame is 32 bits a pixel, its lines at least as long as its width.
         if (w <= 0 || h <= 0 || w > MaxSide || h > MaxSide || bpl < int64_t(w) * 4 || bpl % 4) return false;
-        r.frames.append(FrameLayout{w, h, bpl, std::max(delay, 0)});
+        if (offset < 0 || offset % 4 || offset > MaxPixelBytes) return false;
+        r.frames.append(FrameLayout{w, h, bpl, std::max(delay, 0), offset});
     }
     qint64 pixelBytes = 0;
     s >> pixelBytes;
     if (s.status() != QDataStream::Ok || !s.atEnd()) return false;
-    const int64_t needed = packedBytes(r.frames);
-    if (needed < 0 || pixelBytes < needed || pixelBytes > MaxPixelBytes) return false;
+    if (pixelBytes < 0 || pixelBytes > MaxPixelBytes) return false;
+    // Each frame lies wholly inside the pixels, its last line to its full length.
+    for (const FrameLayout &f : r.frames) {
+        const int64_t end = f.offset + int64_t(f.bytesPerLine) * f.height;
+        if (end > pixelBytes) return false;
+    }
     r.pixelBytes = pixelBytes;
     *out = r;
     return true;
@@ -143,12 +139,9 @@ QList<QImage> framesOver(const uchar *base, const Reply &r, void (*release)(void
     shared->release = release;
     shared->info = releaseInfo;
     shared->refs = int(r.frames.size());
-    int64_t offset = 0;
-    for (const FrameLayout &f : r.frames) {
-        frames.append(QImage(base + offset, f.width, f.height, f.bytesPerLine, QImage::Format_ARGB32,
+    for (const FrameLayout &f : r.frames)
+        frames.append(QImage(base + f.offset, f.width, f.height, f.bytesPerLine, QImage::Format_ARGB32,
                              dropFrame, shared));
-        offset += int64_t(f.bytesPerLine) * f.height;
-    }
     return frames;
 }
 

@@ -37,6 +37,7 @@ struct Request {
 
 struct FrameLayout {
     int32_t width = 0, height = 0, bytesPerLine = 0, delayMs = 0;
+    int64_t offset = 0;  // where its pixels begin in the memory file
 };
 
 struct Reply {
@@ -45,7 +46,7 @@ struct Reply {
     magick::Facts facts;
     QString format;  // the frame decoders' format name (Op::Av)
     int32_t bitsPerPixel = 0;
-    QList<FrameLayout> frames;  // packed one after the other in the memory file
+    QList<FrameLayout> frames;  // each at its offset in the memory file
     int64_t pixelBytes = 0;
 };
 
@@ -57,11 +58,8 @@ constexpr int64_t MaxPixelBytes = int64_t(8) << 30;
 QByteArray encodeRequest(const Request &r);
 bool decodeRequest(const QByteArray &data, Request *out);
 QByteArray encodeReply(const Reply &r);
-// Checks the layout too: every frame of a sane size, all of them inside pixelBytes.
+// Checks the layout too: every frame of a sane size and wholly inside pixelBytes.
 bool decodeReply(const QByteArray &data, Reply *out);
-
-// Bytes of the frames of a reply, one after the other; -1 when they overflow.
-int64_t packedBytes(const QList<FrameLayout> &frames);
 
 // The frames of a reply as read-only pictures over the pixels at `base` (pixelBytes long,
 // copied only when a picture is changed), which stay alive until the last picture is gone:

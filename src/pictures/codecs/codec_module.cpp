@@ -9,7 +9,7 @@ const tw::CodecTable kTable = {
     &tw::magick::canWrite,  &tw::magick::canRead,
     &tw::magick::resample,  &tw::magick::brightnessContrast,
     &tw::magick::areaLimit, &tw::magick::sideLimit,
-    &tw::decodeWithAv,
+    &tw::decodeWithAv,      &tw::magick::setPixelAllocator,
 };
 }  // namespace
 

@@ -22,9 +22,10 @@ struct CodecTable {
     int64_t (*areaLimit)();
     int64_t (*sideLimit)();
     FrameDecodeStatus (*decodeWithAv)(const QString &, bool, int64_t, DecodedFrames *, QString *);
+    void (*setPixelAllocator)(magick::PixelAllocator);
 };
 
-constexpr int CodecTableVersion = 1;
+constexpr int CodecTableVersion = 2;
 // The name of the function the module exports.
 constexpr const char *CodecTableSymbol = "tw_codec_table";
 

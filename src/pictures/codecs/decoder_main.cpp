@@ -33,8 +33,6 @@ namespace {
 constexpr rlim_t AddressSpaceLimit = rlim_t(3) << 30;
 // CPU seconds one request may use (the program stops waiting well before).
 constexpr rlim_t CpuSecondsPerRequest = 20;
-// ImageMagick's own clock, in seconds, checked inside its readers.
-constexpr MagickSizeType MagickTimeLimit = 15;
 // Frames or pages one file may hold.
 constexpr MagickSizeType MagickListLength = 10000;
 
@@ -125,38 +123,100 @@ bool sendMessage(int fd, const QByteArray &payload, int memFd)
     return true;
 }
 
-// Lays the frames out one after the other in a new memory file; -1 when it cannot.
-int packFrames(const QList<QImage> &frames, const QList<int> &delays, Reply *reply)
+// The memory of one request's frames: a memory file the decoders write their pixels into
+// directly (ImageMagick's frames, through the codec's pixel allocator), later handed to the
+// program as it is. It is sized to the cap on all frames together; only what is written
+// takes memory, and a request that wants more than the cap fails for want of memory.
+class PixelArena {
+public:
+    bool open(int64_t capacity)
+    {
+        close();
+        fd_ = memfd_create("tarnwick-pixels", MFD_CLOEXEC);
+        if (fd_ < 0) return false;
+        if (ftruncate(fd_, off_t(capacity)) != 0) {
+            close();
+            return false;
+        }
+        void *m = mmap(nullptr, size_t(capacity), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_NORESERVE, fd_, 0);
+        if (m == MAP_FAILED) {
+            close();
+            return false;
+        }
+        base_ = static_cast<uchar *>(m);
+        capacity_ = capacity;
+        used_ = 0;
+        return true;
+    }
+    void close()
+    {
+        if (base_) munmap(base_, size_t(capacity_));
+        if (fd_ >= 0) ::close(fd_);
+        base_ = nullptr;
+        fd_ = -1;
+        capacity_ = used_ = 0;
+    }
+    uchar *allocate(qsizetype bytes)
+    {
+        const int64_t at = (used_ + 63) & ~int64_t(63);
+        if (!base_ || bytes <= 0 || at + bytes > capacity_) return nullptr;
+        used_ = at + bytes;
+        return base_ + at;
+    }
+    // Where a frame's pixels lie in the file: those decoded here as they are, others copied in.
+    bool place(const QImage &frame, FrameLayout *layout)
+    {
+        const uchar *bits = frame.constBits();
+        const int64_t size = frame.sizeInBytes();
+        if (base_ && bits >= base_ && bits + size <= base_ + used_) {
+            layout->offset = bits - base_;
+            return true;
+        }
+        uchar *to = allocate(size);
+        if (!to) return false;
+        std::memcpy(to, bits, size_t(size));
+        layout->offset = to - base_;
+        return true;
+    }
+    // The file cut to what was written, for the reply; -1 when there is none.
+    int handOver(int64_t *bytes)
+    {
+        if (fd_ < 0 || used_ == 0) return -1;
+        ftruncate(fd_, off_t(used_));
+        *bytes = used_;
+        return fd_;
+    }
+
+private:
+    int fd_ = -1;
+    uchar *base_ = nullptr;
+    int64_t capacity_ = 0, used_ = 0;
+};
+
+PixelArena g_arena;
+
+void keepNothing(void *) {}
+
+uchar *arenaPixels(qsizetype bytes, QImageCleanupFunction *release, void **info)
 {
-    QList<QImage> argb;
+    // The arena goes as a whole after the reply; a frame dropped before that leaves a gap.
+    *release = keepNothing;
+    *info = nullptr;
+    return g_arena.allocate(bytes);
+}
+
+// Lays the frames out in the arena (where the decoder did not already put them).
+bool placeFrames(const QList<QImage> &frames, const QList<int> &delays, Reply *reply)
+{
     for (const QImage &f : frames) {
         const QImage a = f.format() == QImage::Format_ARGB32 ? f : f.convertToFormat(QImage::Format_ARGB32);
-        if (a.isNull()) return -1;
-        argb.append(a);
-        reply->frames.append(FrameLayout{a.width(), a.height(), int32_t(a.bytesPerLine()),
-                                         int32_t(delays.value(reply->frames.size()))});
+        if (a.isNull()) return false;
+        FrameLayout layout{a.width(), a.height(), int32_t(a.bytesPerLine()),
+                           int32_t(delays.value(reply->frames.size())), 0};
+        if (!g_arena.place(a, &layout)) return false;
+        reply->frames.append(layout);
     }
-    const int64_t total = packedBytes(reply->frames);
-    if (total <= 0 || total > MaxPixelBytes) return -1;
-    const int fd = memfd_create("tarnwick-pixels", MFD_CLOEXEC);
-    if (fd < 0) return -1;
-    if (ftruncate(fd, off_t(total)) != 0) {
-        close(fd);
-        return -1;
-    }
-    void *map = mmap(nullptr, size_t(total), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_POPULATE, fd, 0);
-    if (map == MAP_FAILED) {
-        close(fd);
-        return -1;
-    }
-    uchar *p = static_cast<uchar *>(map);
-    for (const QImage &a : argb) {
-        std::memcpy(p, a.constBits(), size_t(a.sizeInBytes()));
-        p += a.sizeInBytes();
-    }
-    munmap(map, size_t(total));
-    reply->pixelBytes = total;
-    return fd;
+    return true;
 }
 
 // One request: the codec's answer and, when there are frames, the memory file holding them.
@@ -209,14 +269,17 @@ int answer(const CodecTable *codecs, const Request &req, Reply *reply)
     }
     }
     if (frames.isEmpty()) return -1;
-    const int fd = packFrames(frames, delays, reply);
+    int64_t bytes = 0;
+    const int fd = placeFrames(frames, delays, reply) ? g_arena.handOver(&bytes) : -1;
     if (fd < 0) {
         reply->frames.clear();
         reply->pixelBytes = 0;
         reply->status =
             req.op == Op::Av ? int32_t(FrameDecodeStatus::TooLarge) : int32_t(magick::Status::TooLarge);
         reply->message = QStringLiteral("no memory to hand the picture over");
+        return -1;
     }
+    reply->pixelBytes = bytes;
     return fd;
 }
 
@@ -239,12 +302,14 @@ int main()
     const CodecTable *codecs = loadCodecs();
     if (!codecs) return 2;
     codecs->initialise();
-    // ImageMagick's limits, inside it: its clock, the pages of one file, and no pixel cache
-    // on disk, so that all pages of a file together stay within its memory caps and a helper
-    // that is killed leaves no temporary files. (Memory, map, area, width and height keep
-    // the system policy's caps, which only go lower.)
+    codecs->setPixelAllocator(arenaPixels);
+    // ImageMagick's limits, inside it: the pages of one file, and no pixel cache on disk, so
+    // that all pages of a file together stay within its memory caps and a helper that is
+    // killed leaves no temporary files. (Memory, map, area, width and height keep the system
+    // policy's caps, which only go lower.) Its time limit counts from the first picture the
+    // process ever decoded, not per picture, so it would end a warm helper's work after a
+    // while: the program's clock and the CPU limit above stand in for it.
     SetMagickResourceLimit(DiskResource, 0);
-    SetMagickResourceLimit(TimeResource, MagickTimeLimit);
     SetMagickResourceLimit(ListLengthResource, MagickListLength);
 
     const int fd = STDIN_FILENO;
@@ -262,10 +327,13 @@ int main()
             getrusage(RUSAGE_SELF, &used);
             const rlim_t soFar = rlim_t(used.ru_utime.tv_sec + used.ru_stime.tv_sec + 1);
             setLimit(RLIMIT_CPU, soFar + CpuSecondsPerRequest, RLIM_INFINITY);
-            memFd = answer(codecs, req, &reply);
+            // Room for all frames of the request together, and a little for their alignment.
+            const int64_t cap = req.maxBytes > 0 ? req.maxBytes : codecs->areaLimit() * 4;
+            if (g_arena.open(cap + (int64_t(1) << 20))) memFd = answer(codecs, req, &reply);
+            else reply.status = int32_t(magick::Status::TooLarge);
         }
         const bool sent = sendMessage(fd, encodeReply(reply), memFd);
-        if (memFd >= 0) close(memFd);
+        g_arena.close();  // the program has its own hold on the file now
         if (!sent) return 0;
     }
     return 0;

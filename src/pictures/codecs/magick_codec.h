@@ -65,6 +65,12 @@ QImage resample(const QImage &src, int width, int height);
 // Brightness and contrast in percent, -100..100 each, as ImageMagick's operator does.
 QImage brightnessContrast(const QImage &src, double brightness, double contrast);
 
+// Where the pixels of decoded frames are put: by default ordinary memory; the decoder
+// helper puts them in the memory it hands to the program. The allocator returns memory for
+// `bytes` (null when there is none) and the function that frees it, with its argument.
+using PixelAllocator = uchar *(*)(qsizetype bytes, QImageCleanupFunction *release, void **releaseInfo);
+void setPixelAllocator(PixelAllocator allocator);
+
 // ImageMagick's resource caps in force: pixels of one picture, and one side.
 int64_t areaLimit();
 int64_t sideLimit();
