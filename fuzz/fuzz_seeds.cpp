@@ -43,7 +43,7 @@ int main(int argc, char **argv)
     a.facts.coder = QStringLiteral("PCX");
     a.facts.width = 3;
     a.facts.height = 2;
-    a.frames = {FrameLayout{3, 2, 12, 0}, FrameLayout{1, 1, 4, 100}};
+    a.frames = {FrameLayout{3, 2, 12, 0}, FrameLayout{1, 1, 4, 100, 24}};
     a.pixelBytes = 28;
     put(rep, QStringLiteral("two-frames"), encodeReply(a));
     Reply b;
