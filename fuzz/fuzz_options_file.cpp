@@ -17,11 +17,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     tw::SetDefaultOptions(back, dir);
     // A comma or a line end inside the folder or computer name legitimately cuts it short;
     // otherwise what was written reads back.
-    const bool plain = !o.LastFolder.contains(QLatin1Char(',')) && !o.LocalComputerName.contains(QLatin1Char(','))
-        && !o.LastFolder.contains(QLatin1Char('"')) && !o.LocalComputerName.contains(QLatin1Char('"'))
-        && !o.LastFolder.contains(QLatin1Char('\n')) && !o.LocalComputerName.contains(QLatin1Char('\n'))
-        && !o.LastFolder.contains(QLatin1Char('\r')) && !o.LocalComputerName.contains(QLatin1Char('\r'))
-        && !o.LastFolder.isEmpty() && !o.LocalComputerName.isEmpty();
+    const bool plain = !o.LastFolder.contains(QLatin1Char(','))
+        && !o.LocalComputerName.contains(QLatin1Char(',')) && !o.LastFolder.contains(QLatin1Char('"'))
+        && !o.LocalComputerName.contains(QLatin1Char('"')) && !o.LastFolder.contains(QLatin1Char('\n'))
+        && !o.LocalComputerName.contains(QLatin1Char('\n')) && !o.LastFolder.contains(QLatin1Char('\r'))
+        && !o.LocalComputerName.contains(QLatin1Char('\r')) && !o.LastFolder.isEmpty()
+        && !o.LocalComputerName.isEmpty();
     const tw::StoreResult r = tw::LoadOptions(back, dir);
     if (plain && !r.ok) std::abort();
     QFile::remove(dir + QStringLiteral("/Options.INI.bak"));

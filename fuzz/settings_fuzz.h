@@ -21,5 +21,6 @@ inline QString fuzzProgramDir()
 inline void putSettingsFile(const char *name, const uint8_t *data, size_t size)
 {
     QFile f(fuzzProgramDir() + QLatin1Char('/') + QLatin1String(name));
-    if (f.open(QIODevice::WriteOnly | QIODevice::Truncate)) f.write(reinterpret_cast<const char *>(data), qint64(size));
+    if (f.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        f.write(reinterpret_cast<const char *>(data), qint64(size));
 }
