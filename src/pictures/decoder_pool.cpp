@@ -148,8 +148,17 @@ Helper take(QString *detail)
 {
     QMutexLocker lock(&g_mutex);
     Helper h;
-    if (!g_idle.isEmpty()) h = g_idle.takeFirst();
-    else spawn(&h, detail);
+    // A waiting helper that died meanwhile (killed from outside, or it could not start) is
+    // reaped and passed over.
+    while (!g_idle.isEmpty()) {
+        h = g_idle.takeFirst();
+        int status = 0;
+        if (waitpid(h.pid, &status, WNOHANG) != h.pid) break;
+        close(h.fd);
+        --g_running;
+        h = Helper();
+    }
+    if (h.pid <= 0) spawn(&h, detail);
     topUp();
     return h;
 }

@@ -15,6 +15,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QWidget>
+#include <csignal>
 #include <tiffio.h>
 
 using namespace tw;
@@ -98,6 +99,27 @@ private slots:
         QVERIFY2(!decoding::helperPath().isEmpty(), "tarnwick-decoder not found beside the codec module");
         decoding::warmUp();
         QVERIFY(decoding::helpersRunning() >= 2);
+    }
+
+    void aWaitingHelperThatDiedIsPassedOver()
+    {
+        if (!twtest::haveCorpus()) QSKIP("no corpus");
+        decoding::warmUp();
+        // Kill every helper there is from outside, as the system might.
+        QProcess ps;
+        ps.start(QStringLiteral("pgrep"),
+                 {QStringLiteral("-P"), QString::number(QCoreApplication::applicationPid()),
+                  QStringLiteral("^tarnwick-decod")});  // the name as the kernel keeps it (15 characters)
+        ps.waitForFinished();
+        const QList<QByteArray> pids = ps.readAllStandardOutput().split('\n');
+        int killed = 0;
+        for (const QByteArray &p : pids)
+            if (p.trimmed().toInt() > 0) killed += ::kill(p.trimmed().toInt(), SIGKILL) == 0;
+        QVERIFY(killed >= 2);
+        QTest::qWait(100);
+        Picture good;
+        QCOMPARE(decodePictureFile(twtest::corpus(QStringLiteral("pcx/input.pcx")), 1, false, &good), 0);
+        QVERIFY(!good.isNull());
     }
 
     void crashingJbigFailsAndTheNextPictureOpens()
