@@ -263,8 +263,10 @@ QImage decodeIconData(const QByteArray &data)
 {
     magick::Decoded d;
     QString msg;
-    if (magick::readBlob(data, QStringLiteral("ICO"), &d, &msg) == magick::Status::Ok
-        && !d.frames.isEmpty()) {
+    const magick::Status s = magick::readBlob(data, QStringLiteral("ICO"), &d, &msg);
+    // A decoder that had to be stopped, or a wait the user gave up, ends the whole file.
+    if (s == magick::Status::Stopped || s == magick::Status::Abandoned) return QImage();
+    if (s == magick::Status::Ok && !d.frames.isEmpty()) {
         // An icon file may hold several sizes; the largest is the picture.
         QImage best = d.frames.first();
         for (const QImage &f : d.frames) {
