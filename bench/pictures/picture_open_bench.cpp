@@ -4,7 +4,9 @@
 #include "app/tarnwick1.h"
 #include "core/tool_manager.h"
 #include "core/options_store.h"
+#include "pictures/decoder_pool.h"
 #include "pictures/imaging_control.h"
+#include "pictures/picture_decoder.h"
 #include "pictures/pictures_module.h"
 
 #include <QDir>
@@ -103,6 +105,57 @@ double displayFileUntilPaint(const QString &file, bool fit)
     return best;
 }
 
+// Best of `runs` decodes of `file` (page 1), in milliseconds.
+double decodeMs(const QString &file, int runs)
+{
+    double best = 1e9;
+    for (int i = 0; i < runs; ++i) {
+        Picture pic;
+        QElapsedTimer t;
+        t.start();
+        QString detail;
+        if (const int status = decodePictureFile(file, 1, false, &pic, &detail); status != 0) {
+            std::fprintf(stderr, "%s: %d %s\n", qPrintable(file), status, qPrintable(detail));
+            return -1;
+        }
+        best = std::min(best, t.nsecsElapsed() / 1e6);
+    }
+    return best;
+}
+
+// A legacy picture decoded in a helper process against the same decode in this process.
+void helperCost(QTextStream &out, const QTemporaryDir &dir)
+{
+    out << "legacy pictures, 3000x2000, decoded in a helper against in this process (best of 9, "
+           "alternated):\n";
+    const QString convert = QFile::exists(QStringLiteral("/usr/bin/convert"))
+        ? QStringLiteral("/usr/bin/convert")
+        : QStringLiteral("convert");
+    for (const char *coder : {"PCX", "TGA", "PSD"}) {
+        const QString file = dir.filePath(QStringLiteral("legacy.") + QString::fromLatin1(coder).toLower());
+        QProcess gen;
+        gen.start(convert,
+                  {QStringLiteral("-size"), QStringLiteral("3000x2000"), QStringLiteral("plasma:fractal"),
+                   QStringLiteral("-seed"), QStringLiteral("7"), QString::fromLatin1(coder) + u':' + file});
+        gen.waitForFinished(-1);
+        if (!QFile::exists(file)) continue;
+        // Warm both ways, then alternate them so that the load of the machine falls on both.
+        decoding::setInProcess(true);
+        decodeMs(file, 1);
+        decoding::setInProcess(false);
+        decodeMs(file, 1);
+        double here = 1e9, helper = 1e9;
+        for (int i = 0; i < 9; ++i) {
+            decoding::setInProcess(true);
+            here = std::min(here, decodeMs(file, 1));
+            decoding::setInProcess(false);
+            helper = std::min(helper, decodeMs(file, 1));
+        }
+        out << "  " << coder << ": helper " << helper << " ms, in process " << here << " ms  ("
+            << helper / here << " x)\n";
+    }
+}
+
 }  // namespace
 
 int main(int argc, char **argv)
@@ -110,6 +163,11 @@ int main(int argc, char **argv)
     QApplication app(argc, argv);
     QTextStream out(stdout);
     QTemporaryDir dir;
+    // --legacy: only the decoder helper's cost on legacy pictures.
+    if (QCoreApplication::arguments().contains(QStringLiteral("--legacy"))) {
+        helperCost(out, dir);
+        return 0;
+    }
     const QString file = dir.filePath(QStringLiteral("big.jpg"));
     QProcess gen;
     gen.start(QFile::exists(QStringLiteral("/usr/bin/convert")) ? QStringLiteral("/usr/bin/convert")
@@ -184,6 +242,36 @@ int main(int argc, char **argv)
         c->viewport()->repaint();
     }
     out << "pan repaint: " << t.nsecsElapsed() / 1e6 / 50 << " ms each\n";
+    // Keyboard zoom below 100 %: -5 % steps from 100 down to 10 and back up, one synchronous
+    // repaint each, the scroll position in the middle; the slowest step, and the memory the
+    // process takes on top of the picture meanwhile.
+    c->setZoomPercent(100);
+    c->setScrollPosition(QPoint(2500, 1600));
+    c->viewport()->repaint();
+    const long beforeZoom = peakKiB("VmRSS:");
+    resetPeak();
+    double slowest = 0, total = 0;
+    int steps = 0;
+    for (int dir = -1; dir <= 1; dir += 2) {
+        for (int i = 0; i < 18; ++i) {
+            zoom = dir < 0 ? 95 - 5 * i : 15 + 5 * i;
+            c->setZoomPercent(zoom);
+            QElapsedTimer one;
+            one.start();
+            c->viewport()->repaint();
+            const double ms = one.nsecsElapsed() / 1e6;
+            slowest = std::max(slowest, ms);
+            total += ms;
+            ++steps;
+        }
+    }
+    const long zoomPeak = peakKiB("VmHWM:");
+    out << "keyboard zoom below 100 % (95..10..100): " << total / steps << " ms each, slowest " << slowest
+        << " ms\n";
+    out << "memory while zooming: peak " << (zoomPeak - beforeZoom) / 1024.0
+        << " MiB over the shown picture (" << (double(zoomPeak) - base) / rgba
+        << " x RGBA beyond the process before the load)\n";
+    helperCost(out, dir);
     c->setSizeMode(ImagingControl::SizeFit);
     t.restart();
     for (int i = 0; i < 20; ++i) c->viewport()->repaint();

@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QSet>
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
@@ -24,6 +25,25 @@ QByteArray readAll(const QString &path, bool *ok)
     QByteArray d = f.readAll();
     if (f.error() != QFileDevice::NoError) *ok = false;
     return d;
+}
+
+// Settings files that could not be read since they were last written. The first write
+// over such a file keeps the old one beside it as <name>.bak, so that a file the program
+// could not read, and replaces with what it read plus defaults, is not lost to the user.
+QSet<QString> &unreadFiles()
+{
+    static QSet<QString> s;
+    return s;
+}
+
+void keepUnreadCopy(const QString &path)
+{
+    if (!unreadFiles().remove(path)) return;
+    QFileInfo fi(path);
+    if (!fi.exists() || fi.isDir()) return;
+    const QString bak = path + QStringLiteral(".bak");
+    QFile::remove(bak);
+    QFile::copy(path, bak);
 }
 
 bool exists(const QString &path)
@@ -61,7 +81,9 @@ StoreResult writeFile(const QString &path, const QByteArray &data)
 uint32_t toColor(double v)
 {
     if (!std::isfinite(v)) return 0;
-    const long long l = static_cast<long long>(v);
+    // The low 32 bits of the whole number, for any size of number (a cast of one beyond
+    // 64 bits would be undefined).
+    const long long l = static_cast<long long>(std::fmod(std::trunc(v), 4294967296.0));
     return static_cast<uint32_t>(l);
 }
 }  // namespace
@@ -100,6 +122,7 @@ StoreResult LoadColors(ColorSettings &c, const QString &programDir)
     if (!ok) {
         r.ok = false;
         r.message = QStringLiteral("Error Loading Application Window Colors");
+        unreadFiles().insert(path);
     }
     return r;
 }
@@ -112,6 +135,7 @@ StoreResult SaveColors(const ColorSettings &c, const QString &programDir)
         line += colorFileText(c.field(i)).toLatin1();
     }
     line += "\r\n";
+    keepUnreadCopy(programDir + ColorsFile);
     return writeFile(programDir + ColorsFile, line);
 }
 
@@ -194,6 +218,7 @@ StoreResult LoadOptions(OptionSettings &o, const QString &programDir)
     if (!ok) {
         r.ok = false;
         r.message = QStringLiteral("Error Loading Application Options");
+        unreadFiles().insert(path);
     }
     return r;
 }
@@ -229,6 +254,7 @@ StoreResult SaveOptions(const OptionSettings &o, const QString &programDir)
         d += m.flag(i) ? '1' : '0';
     }
     d += "\r\n";
+    keepUnreadCopy(programDir + OptionsFile);
     return writeFile(programDir + OptionsFile, d);
 }
 

@@ -2,6 +2,7 @@
 // goes through its table. Without the module the calls fail as "no coder" with a message
 // that names the file looked for.
 #include "pictures/codecs/codec_table.h"
+#include "pictures/decoder_pool.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -62,9 +63,12 @@ namespace magick {
 // ImageMagick starts with the module, the first time a picture needs it.
 void initialise() {}
 
+// Decoding goes to a helper process (a damaged file can crash or hang ImageMagick and
+// FFmpeg); writing and the pixel operations work on pictures already in memory, here.
 Status read(const QString &path, int page, bool allPages, Decoded *out, QString *message,
             const QString &coderHint)
 {
+    if (!decoding::inProcess()) return decoding::helperRead(path, page, allPages, out, message, coderHint);
     if (const CodecTable *t = table()) return t->read(path, page, allPages, out, message, coderHint);
     if (message) *message = g_error;
     return Status::NoCoder;
@@ -72,6 +76,7 @@ Status read(const QString &path, int page, bool allPages, Decoded *out, QString 
 
 Status readBlob(const QByteArray &data, const QString &coderHint, Decoded *out, QString *message)
 {
+    if (!decoding::inProcess()) return decoding::helperReadBlob(data, coderHint, out, message);
     if (const CodecTable *t = table()) return t->readBlob(data, coderHint, out, message);
     if (message) *message = g_error;
     return Status::NoCoder;
@@ -79,6 +84,7 @@ Status readBlob(const QByteArray &data, const QString &coderHint, Decoded *out, 
 
 Status ping(const QString &path, int page, Facts *out, QString *message)
 {
+    if (!decoding::inProcess()) return decoding::helperPing(path, page, out, message);
     if (const CodecTable *t = table()) return t->ping(path, page, out, message);
     if (message) *message = g_error;
     return Status::NoCoder;
@@ -114,6 +120,11 @@ QImage brightnessContrast(const QImage &src, double brightness, double contrast)
 {
     if (const CodecTable *t = table()) return t->brightnessContrast(src, brightness, contrast);
     return src;
+}
+
+void setPixelAllocator(PixelAllocator allocator)
+{
+    if (const CodecTable *t = table()) t->setPixelAllocator(allocator);
 }
 
 int64_t areaLimit()
@@ -154,6 +165,7 @@ Status exifFacts(const QString &path, QStringList *names, QStringList *values)
 FrameDecodeStatus decodeWithAv(const QString &path, bool allFrames, int64_t maxBytes, DecodedFrames *out,
                                QString *message)
 {
+    if (!decoding::inProcess()) return decoding::helperAv(path, allFrames, maxBytes, out, message);
     if (const CodecTable *t = table()) return t->decodeWithAv(path, allFrames, maxBytes, out, message);
     if (message) *message = g_error;
     return FrameDecodeStatus::NotThisFormat;

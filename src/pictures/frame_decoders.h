@@ -18,7 +18,9 @@ struct DecodedFrames {
     int bitsPerPixel = 0;
 };
 
-enum class FrameDecodeStatus { Ok, NotThisFormat, Corrupt, TooLarge };
+// Stopped: the decoder process crashed, passed a limit or took too long; Abandoned: the
+// user gave up waiting (Escape), or the program is closing.
+enum class FrameDecodeStatus { Ok, NotThisFormat, Corrupt, TooLarge, Stopped, Abandoned };
 
 // FFmpeg path. Only the demuxers of the formats above are accepted, so that a text file
 // or a video never comes out as a picture. `maxBytes` caps the decoded frames together.

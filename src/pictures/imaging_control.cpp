@@ -549,12 +549,22 @@ void ImagingControl::updateScrollBars()
     inScrollUpdate_ = false;
 }
 
-const QImage &ImagingControl::scaledCache(const QSize &size) const
+const QImage &ImagingControl::scaledPart(const QRect &source, const QSize &size) const
 {
-    const qint64 key = (qint64(size.width()) << 32) ^ size.height() ^ (qint64(frame_) << 48);
-    if (cacheKey_ != key || cache_.isNull()) {
-        cache_ = downscale(image(), size);
-        cacheKey_ = key;
+    if (cacheKey_ != frame_ || cacheSource_ != source || cacheSize_ != size || cache_.isNull()) {
+        cache_ = QImage();  // the old copy goes before the new one is made
+        const QImage &img = image();
+        // The part is read where it lies in the picture, without a copy of it.
+        const int bytes = img.depth() / 8;
+        QImage part;
+        if (img.depth() % 8 == 0 && bytes > 0)
+            part = QImage(img.constScanLine(source.top()) + qsizetype(source.left()) * bytes, source.width(),
+                          source.height(), img.bytesPerLine(), img.format());
+        else part = img.copy(source);
+        cache_ = downscale(part, size);
+        cacheKey_ = frame_;
+        cacheSource_ = source;
+        cacheSize_ = size;
     }
     return cache_;
 }
@@ -579,12 +589,25 @@ void ImagingControl::paintEvent(QPaintEvent *e)
     const QImage &img = pic_.frames.value(frame_, pic_.frames.first());
     const double sx = dr.width() / img.width(), sy = dr.height() / img.height();
     if (sx < 1.0 || sy < 1.0) {
-        // Smaller than the bitmap: paint from a copy scaled once for this size.
-        const QSize target(std::max(1, int(std::lround(dr.width()))),
-                           std::max(1, int(std::lround(dr.height()))));
-        const QImage &small = scaledCache(target);
-        const QRect tgt = QRect(dr.topLeft().toPoint(), target).intersected(exposed);
-        p.drawImage(tgt.topLeft(), small, tgt.translated(-dr.topLeft().toPoint()));
+        // Smaller than the bitmap: the part of the picture that shows in the control is
+        // scaled, once for this size and place, and painted from that copy. A zoom step on a
+        // large picture touches only what shows, and memory stays near the picture's own.
+        const QRectF shown = dr.intersected(QRectF(viewport()->rect()));
+        if (!shown.isEmpty()) {
+            const int x0 = std::clamp(int(std::floor((shown.left() - dr.left()) / sx)), 0, img.width() - 1);
+            const int y0 = std::clamp(int(std::floor((shown.top() - dr.top()) / sy)), 0, img.height() - 1);
+            const int x1 = std::clamp(int(std::ceil((shown.right() - dr.left()) / sx)), x0 + 1, img.width());
+            const int y1 = std::clamp(int(std::ceil((shown.bottom() - dr.top()) / sy)), y0 + 1, img.height());
+            // Where those pixels fall on the control, on whole pixels.
+            const int left = int(std::lround(dr.left() + x0 * sx)),
+                      top = int(std::lround(dr.top() + y0 * sy));
+            const int right = int(std::lround(dr.left() + x1 * sx)),
+                      bottom = int(std::lround(dr.top() + y1 * sy));
+            const QRect place(left, top, std::max(1, right - left), std::max(1, bottom - top));
+            const QImage &part = scaledPart(QRect(x0, y0, x1 - x0, y1 - y0), place.size());
+            const QRect tgt = place.intersected(exposed);
+            p.drawImage(tgt.topLeft(), part, tgt.translated(-place.topLeft()));
+        }
     } else {
         // Only the exposed part of the bitmap is touched: a 24-megapixel picture repaints
         // as fast as a small one.

@@ -189,6 +189,8 @@ public:
 
     // The byte count the picture takes in memory.
     int64_t memorySize() const;
+    // Bytes of the scaled copy painting keeps beside the picture (0 at 100 % and above).
+    int64_t paintCacheBytes() const { return cache_.isNull() ? 0 : cache_.sizeInBytes(); }
 
 signals:
     void readyStateChanged(int state);
@@ -224,7 +226,7 @@ private:
     void nextFrame();
     QPointF toBitmap(const QPointF &viewportPos) const;
     QSizeF displaySize() const;
-    const QImage &scaledCache(const QSize &size) const;
+    const QImage &scaledPart(const QRect &source, const QSize &size) const;
     void fetchFinished();
     void setReady(int state);
     double toUnit(double pixels) const { return unit_ == UnitTwips ? pixels * TwipsPerPixel : pixels; }
@@ -269,9 +271,12 @@ private:
     QNetworkAccessManager *net_ = nullptr;
     QPointer<QNetworkReply> reply_;
 
-    // the picture scaled for the display, kept until the picture or the size changes
+    // the part of the picture that shows, scaled for the display; kept until the picture, the
+    // size or the part changes (cacheKey_ is the frame it was made from, -1 for none)
     mutable QImage cache_;
     mutable qint64 cacheKey_ = -1;
+    mutable QRect cacheSource_;
+    mutable QSize cacheSize_;
 
     int paints_ = 0;
 };

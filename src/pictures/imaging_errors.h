@@ -23,6 +23,7 @@ enum ImagingStatus : int32_t {
     ImagingCannotOpen = 20014,
     ImagingFormatNotAvailable = 20016,
     ImagingInvalidBitsPerPixel = 20027,
+    ImagingEscapePressed = 20029,
     ImagingPrematureEof = 20073,
 };
 

@@ -1,5 +1,6 @@
 #include "pictures/picture_decoder.h"
 
+#include "pictures/decoder_pool.h"
 #include "pictures/frame_decoders.h"
 #include "pictures/imaging_errors.h"
 #include "pictures/imaging_formats.h"
@@ -127,6 +128,10 @@ int statusOfMagick(magick::Status s)
         return ImagingInvalidParameter;
     case magick::Status::WriteFailed:
         return ImagingWriteError;
+    case magick::Status::Stopped:
+        return ImagingReadError;
+    case magick::Status::Abandoned:
+        return ImagingEscapePressed;
     }
     return ImagingGeneralFailure;
 }
@@ -142,6 +147,10 @@ int statusOfFrames(FrameDecodeStatus s)
         return ImagingReadError;
     case FrameDecodeStatus::TooLarge:
         return ImagingNoMemory;
+    case FrameDecodeStatus::Stopped:
+        return ImagingReadError;
+    case FrameDecodeStatus::Abandoned:
+        return ImagingEscapePressed;
     }
     return ImagingGeneralFailure;
 }
@@ -254,8 +263,10 @@ QImage decodeIconData(const QByteArray &data)
 {
     magick::Decoded d;
     QString msg;
-    if (magick::readBlob(data, QStringLiteral("ICO"), &d, &msg) == magick::Status::Ok
-        && !d.frames.isEmpty()) {
+    const magick::Status s = magick::readBlob(data, QStringLiteral("ICO"), &d, &msg);
+    // A decoder that had to be stopped, or a wait the user gave up, ends the whole file.
+    if (s == magick::Status::Stopped || s == magick::Status::Abandoned) return QImage();
+    if (s == magick::Status::Ok && !d.frames.isEmpty()) {
         // An icon file may hold several sizes; the largest is the picture.
         QImage best = d.frames.first();
         for (const QImage &f : d.frames) {
@@ -274,6 +285,9 @@ int decodePictureFile(const QString &path, int page, bool allPages, Picture *out
     if (!info.exists() || !info.isFile()) return ImagingFileNotFound;
     if (info.size() == 0) return ImagingInvalidFormat;
     if (!info.isReadable()) return ImagingCannotOpen;
+    // The decoder helpers start with the first picture, so that they are ready by the
+    // time one is needed.
+    if (!decoding::inProcess()) decoding::warmUp();
     const int64_t maxBytes = pictureAreaLimit() * 4;
 
     QByteArray qtFormat;
@@ -321,7 +335,10 @@ int decodePictureFile(const QString &path, int page, bool allPages, Picture *out
         return ImagingOk;
     }
     if (detail) *detail = msg;
-    if (ms == magick::Status::TooLarge || ms == magick::Status::NoSuchFile) return statusOfMagick(ms);
+    // A decoder that had to be stopped, or a wait the user gave up, is not tried again.
+    if (ms == magick::Status::TooLarge || ms == magick::Status::NoSuchFile || ms == magick::Status::Stopped
+        || ms == magick::Status::Abandoned)
+        return statusOfMagick(ms);
     // Formats ImageMagick has no coder for, or whose files its coder refuses (PICT
     // without its 512-byte header), may still be FFmpeg's.
     if (viaFrames(&status)) return ImagingOk;

@@ -34,6 +34,7 @@ expect_file() { [ -f "$prefix/$1" ] || fail "not installed: $1"; }
 expect_file "$libdir/tarnwick/libtw_codecs.so"
 expect_file "$libdir/tarnwick/libtw_help.so"
 expect_file "$libdir/tarnwick/libtw_mediaengine.so"
+[ -x "$prefix/$libdir/tarnwick/tarnwick-decoder" ] || fail "not installed or not executable: $libdir/tarnwick/tarnwick-decoder"
 expect_file "$datadir/tarnwick/TIPHELP.TXT"
 expect_file "$datadir/tarnwick/Help/Ostrel.qhc"
 expect_file "$datadir/tarnwick/Help/Ostrel.qch"
@@ -65,7 +66,8 @@ done
 while IFS= read -r f; do
   rel=${f#"$prefix"/}
   case "$rel" in
-    "$bindir/tarnwick" | "$libdir/tarnwick/libtw_codecs.so" | "$libdir/tarnwick/libtw_help.so" | "$libdir/tarnwick/libtw_mediaengine.so" | "$datadir/tarnwick/"* | \
+    "$bindir/tarnwick" | "$libdir/tarnwick/libtw_codecs.so" | "$libdir/tarnwick/libtw_help.so" | "$libdir/tarnwick/libtw_mediaengine.so" | \
+    "$libdir/tarnwick/tarnwick-decoder" | "$datadir/tarnwick/"* | \
     "$datadir/applications/tarnwick.desktop" | "$datadir/icons/hicolor/"*/apps/tarnwick.png) ;;
     *) fail "installed but not part of the program: $rel" ;;
   esac
@@ -87,7 +89,7 @@ grep -Eq '^MimeType=(image/jpeg;).*(audio/mpeg;).*(application/pdf;)' "$desktop"
 
 # ---------------------------------------------------------------- no build path inside
 elf_files=("$prefix/$bindir/tarnwick" "$prefix/$libdir/tarnwick/libtw_codecs.so" "$prefix/$libdir/tarnwick/libtw_help.so"
-  "$prefix/$libdir/tarnwick/libtw_mediaengine.so")
+  "$prefix/$libdir/tarnwick/libtw_mediaengine.so" "$prefix/$libdir/tarnwick/tarnwick-decoder")
 for f in "${elf_files[@]}"; do
   [ -f "$f" ] || continue
   rp=$(readelf -d "$f" | grep -E 'R(UN)?PATH' || true)
@@ -147,6 +149,12 @@ for _ in $(seq 1 600); do
 done
 # A moment for the picture to be shown: the program must still be running after it.
 sleep 1
+# The picture was decoded by a decoder helper of the installation, not in the program.
+if [ -n "$pcx_coder" ] && grep -qF "calling init: $pcx_coder" "$tmp/ld.$pid" 2>/dev/null; then
+  fail "the program decoded the PCX picture itself instead of in tarnwick-decoder"
+fi
+grep -qF "$moved/$libdir/tarnwick/tarnwick-decoder" "$tmp"/ld.* 2>/dev/null ||
+  fail "no decoder helper of the installation was started"
 if kill -0 "$pid" 2>/dev/null; then
   kill "$pid" 2>/dev/null
   wait "$pid" 2>/dev/null

@@ -143,7 +143,14 @@ private:
         QDir(home_).removeRecursively();
     }
 
-    QString x(const QString &s) const { return expandVars(s, home_, data_, fixtures_); }
+    QString x(const QString &s) const
+    {
+        // $CORPUS: the shared folder of real-world sample files (TW_CORPUS overrides).
+        static const QString corpus = qEnvironmentVariableIsEmpty("TW_CORPUS")
+            ? QStringLiteral(TW_DEFAULT_CORPUS)
+            : qEnvironmentVariable("TW_CORPUS");
+        return expandVars(s, home_, data_, fixtures_).replace(QLatin1String("$CORPUS"), corpus);
+    }
 
     static QMessageBox *activeBox() { return qobject_cast<QMessageBox *>(QApplication::activeModalWidget()); }
 
@@ -599,6 +606,18 @@ private:
             if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate))
                 return Outcome::fail(QStringLiteral("cannot write ") + arg(1));
             f.write(arg(2).toUtf8());
+            return Outcome::done();
+        }
+        if (cmd == QLatin1String("patch")) {
+            // Overwrites bytes of a file in place: patch <path> <offset> "<hex bytes>".
+            need(3);
+            QFile f(arg(1));
+            bool ok = false;
+            const qint64 at = arg(2).toLongLong(&ok);
+            const QByteArray bytes = QByteArray::fromHex(arg(3).toLatin1());
+            if (!ok || bytes.isEmpty() || !f.open(QIODevice::ReadWrite) || at + bytes.size() > f.size()
+                || !f.seek(at) || f.write(bytes) != bytes.size())
+                return Outcome::fail(QStringLiteral("cannot patch ") + arg(1));
             return Outcome::done();
         }
         if (cmd == QLatin1String("copy")) {

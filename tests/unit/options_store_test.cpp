@@ -185,3 +185,68 @@ TEST(OptionsStore, ANumberTooLargeForItsFieldCannotBeRead)
     EXPECT_EQ(o.LabelTextStyle, 0);
     EXPECT_EQ(o.MenuStyle, 2);
 }
+
+TEST(OptionsStore, AnUnreadableOptionsFileIsKeptBesideTheOneWritten)
+{
+    QTemporaryDir d;
+    const QByteArray old = "1 2 3000 4000 0 2 0 115 115 2 40 0 5000 500 9\r\nMYPC\r\n/home/u/Pics\r\n1 1 x";
+    put(d.path() + "/Options.INI", old);
+    OptionSettings o;
+    SetDefaultOptions(o, d.path());
+    EXPECT_EQ(LoadOptions(o, d.path()).message, "Error Loading Application Options");
+    EXPECT_FALSE(QFile::exists(d.path() + "/Options.INI.bak"));  // nothing is copied by reading
+    ASSERT_TRUE(SaveOptions(o, d.path()).ok);
+    EXPECT_EQ(get(d.path() + "/Options.INI.bak"), old);
+    // The file written is still the fields read plus defaults, and reads back.
+    OptionSettings back;
+    SetDefaultOptions(back, d.path());
+    ASSERT_TRUE(LoadOptions(back, d.path()).ok);
+    EXPECT_EQ(back.LocalComputerName, "MYPC");
+    EXPECT_EQ(back.LastFolder, "/home/u/Pics");
+    EXPECT_EQ(back.WindowWidth, 4000);
+    // A second write after a good read leaves the copy of the unreadable file alone.
+    back.WindowWidth = 5000;
+    ASSERT_TRUE(SaveOptions(back, d.path()).ok);
+    EXPECT_EQ(get(d.path() + "/Options.INI.bak"), old);
+}
+
+TEST(OptionsStore, AnUnreadableColorsFileIsKeptBesideTheOneWritten)
+{
+    QTemporaryDir d;
+    const QByteArray old = "1 2 3 junk";
+    put(d.path() + "/Colors.INI", old);
+    ColorSettings c;
+    EXPECT_EQ(LoadColors(c, d.path()).message, "Error Loading Application Window Colors");
+    ASSERT_TRUE(SaveColors(c, d.path()).ok);
+    EXPECT_EQ(get(d.path() + "/Colors.INI.bak"), old);
+    ColorSettings back;
+    ASSERT_TRUE(LoadColors(back, d.path()).ok);
+    EXPECT_EQ(back.field(0), 1u);
+    EXPECT_EQ(back.field(2), 3u);
+}
+
+TEST(OptionsStore, AGoodOrMissingFileLeavesNoCopy)
+{
+    QTemporaryDir d;
+    OptionSettings o;
+    SetDefaultOptions(o, d.path());
+    LoadOptions(o, d.path());  // missing
+    ASSERT_TRUE(SaveOptions(o, d.path()).ok);
+    ASSERT_TRUE(LoadOptions(o, d.path()).ok);
+    ASSERT_TRUE(SaveOptions(o, d.path()).ok);
+    EXPECT_FALSE(QFile::exists(d.path() + "/Options.INI.bak"));
+}
+
+TEST(OptionsStore, ColoursBeyondAnyWholeNumberKeepTheirLow32Bits)
+{
+    QTemporaryDir d;
+    QByteArray line = "4294967297 -1 100000000000000000000 -100000000000000000000";
+    for (int i = 4; i < ColorSettings::Count; ++i) line += " 0";
+    put(d.path() + "/Colors.INI", line + "\r\n");
+    ColorSettings c;
+    ASSERT_TRUE(LoadColors(c, d.path()).ok);
+    EXPECT_EQ(c.field(0), 1u);
+    EXPECT_EQ(c.field(1), 0xFFFFFFFFu);
+    EXPECT_EQ(c.field(2), 1661992960u);
+    EXPECT_EQ(c.field(3), 2632974336u);
+}

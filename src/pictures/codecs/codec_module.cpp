@@ -19,6 +19,7 @@ const tw::CodecTable kTable = {
     &tw::magick::readProfiles,
     &tw::magick::encodeWithProfiles,
     &tw::magick::exifFacts,
+    &tw::magick::setPixelAllocator,
 };
 }  // namespace
 

@@ -28,9 +28,10 @@ struct CodecTable {
     magick::Status (*encodeWithProfiles)(const QList<QImage> &, const QString &, int, int, const QByteArray &,
                                          const QByteArray &, QByteArray *, QString *);
     magick::Status (*exifFacts)(const QString &, QStringList *, QStringList *);
+    void (*setPixelAllocator)(magick::PixelAllocator);
 };
 
-constexpr int CodecTableVersion = 2;
+constexpr int CodecTableVersion = 3;
 // The name of the function the module exports.
 constexpr const char *CodecTableSymbol = "tw_codec_table";
 

@@ -136,16 +136,34 @@ Facts factsOf(const Magick::Image &img)
     return f;
 }
 
-QImage toQImage(Magick::Image &img)
+PixelAllocator g_pixelAllocator = nullptr;
+
+QImage toQImage(Magick::Image &img, bool decodedFrame = false)
 {
     if (img.colorSpace() == MagickCore::CMYKColorspace || img.colorSpace() == MagickCore::YCbCrColorspace
         || img.colorSpace() == MagickCore::YCCColorspace)
         img.colorSpace(MagickCore::sRGBColorspace);
     const int w = int(img.columns()), h = int(img.rows());
     if (w <= 0 || h <= 0) throw Magick::ErrorOption("no such scene in the file");
-    QImage q(w, h, QImage::Format_ARGB32);
+    QImage q;
+    if (decodedFrame && g_pixelAllocator) {
+        QImageCleanupFunction release = nullptr;
+        void *info = nullptr;
+        if (uchar *p = g_pixelAllocator(qsizetype(w) * h * 4, &release, &info))
+            q = QImage(p, w, h, qsizetype(w) * 4, QImage::Format_ARGB32, release, info);
+    } else {
+        q = QImage(w, h, QImage::Format_ARGB32);
+    }
     if (q.isNull()) throw Magick::ErrorResourceLimit("MemoryAllocationFailed");
     img.write(0, 0, size_t(w), size_t(h), "BGRA", Magick::CharPixel, q.bits());
+    // A picture without alpha is opaque: some coders (TGA's run-length reader) leave the
+    // opacity of the pixels they fill unset, and it would come out as whatever was there.
+    if (!img.matte()) {
+        for (int y = 0; y < h; ++y) {
+            auto *line = reinterpret_cast<uint32_t *>(q.scanLine(y));
+            for (int x = 0; x < w; ++x) line[x] |= 0xFF000000u;
+        }
+    }
     return q;
 }
 
@@ -164,7 +182,7 @@ Status collect(std::list<Magick::Image> &images, Decoded *out)
     out->frames.clear();
     out->delaysMs.clear();
     for (auto &img : images) {
-        out->frames.append(toQImage(img));
+        out->frames.append(toQImage(img, true));
         out->delaysMs.append(int(img.animationDelay()) * 10);
     }
     if (!images.empty()) out->facts = factsOf(images.front());
@@ -396,6 +414,8 @@ QImage brightnessContrast(const QImage &src, double brightness, double contrast)
         return src;
     }
 }
+
+void setPixelAllocator(PixelAllocator allocator) { g_pixelAllocator = allocator; }
 
 int64_t areaLimit()
 {

@@ -39,6 +39,8 @@ enum class Status {
     NoCoder,  // the format exists but has no reader or writer here
     BadPage,
     WriteFailed,
+    Stopped,  // the decoder process crashed, passed a limit or took too long
+    Abandoned,  // the user gave up waiting (Escape), or the program is closing
 };
 
 // Decodes page `page` (1-based) of `path`; with `allPages` every page or frame.
@@ -62,6 +64,12 @@ bool canRead(const QString &coder);
 QImage resample(const QImage &src, int width, int height);
 // Brightness and contrast in percent, -100..100 each, as ImageMagick's operator does.
 QImage brightnessContrast(const QImage &src, double brightness, double contrast);
+
+// Where the pixels of decoded frames are put: by default ordinary memory; the decoder
+// helper puts them in the memory it hands to the program. The allocator returns memory for
+// `bytes` (null when there is none) and the function that frees it, with its argument.
+using PixelAllocator = uchar *(*)(qsizetype bytes, QImageCleanupFunction *release, void **releaseInfo);
+void setPixelAllocator(PixelAllocator allocator);
 
 // ImageMagick's resource caps in force: pixels of one picture, and one side.
 int64_t areaLimit();
