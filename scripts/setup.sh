@@ -13,6 +13,7 @@ PKGS=(
   libsane-dev sane-utils
   libgtest-dev libgmock-dev libbenchmark-dev
   libjpeg-turbo-progs poppler-utils
+  unrtf antiword catdoc
   adwaita-icon-theme hicolor-icon-theme desktop-file-utils
   xvfb xauth
 )

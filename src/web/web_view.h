@@ -1,0 +1,73 @@
+// The browser surface of both tabs: a QWebEngineView made on first use (start-up pays
+// nothing for the web engine), in silent mode without script dialogs, plus the printer
+// that the document and Internet commands print on.
+#pragma once
+
+#include <QString>
+#include <QUrl>
+#include <QWidget>
+#include <functional>
+
+class QPrinter;
+class QWebEngineView;
+
+namespace tw {
+
+class WebView : public QWidget {
+    Q_OBJECT
+    Q_PROPERTY(QString text READ pageText)
+public:
+    explicit WebView(QWidget *parent = nullptr);
+
+    // The engine's view, made now if it is not there yet.
+    QWebEngineView *view();
+    bool engineMade() const { return view_ != nullptr; }
+
+    void navigate(const QUrl &url);
+    void back();
+    void forward();
+    void home();
+    void stop();
+    void refresh();
+    QUrl url() const;
+    QString address() const;
+    QString title() const;
+    bool loading() const { return loading_; }
+    // The text of the page as it stood when its load finished.
+    QString pageText() const { return text_; }
+    // Script alerts, confirmations and prompts are passed over in silent mode.
+    void setSilent(bool on) { silent_ = on; }
+    bool silent() const { return silent_; }
+    // Kept as a setting of the browser; the engine loads from the network either way.
+    void setOffline(bool on) { offline_ = on; }
+    bool offline() const { return offline_; }
+    // Saves the page's HTML to Path; false when nothing is on show or the file fails.
+    void saveHtml(const QString &path, std::function<void(bool)> done);
+    // Prints the page; Done runs when the engine has finished.
+    void print(QPrinter *printer, std::function<void(bool)> done);
+
+    // The home page of the browser.
+    static QUrl homeUrl() { return QUrl(QStringLiteral("about:blank")); }
+
+signals:
+    void beforeNavigate(const QString &address);
+    void navigateComplete(const QString &address, bool ok);
+    void statusTextChanged(const QString &text);
+    void titleChanged(const QString &title);
+
+private:
+    QWebEngineView *view_ = nullptr;
+    bool silent_ = true;
+    bool offline_ = false;
+    bool loading_ = false;
+    QString text_;
+};
+
+// The printer the commands print on. With no output file set, the system's default printer;
+// with one set (test runs, through the runner's PrintToFile), a PDF file at that path.
+QString &printOutputFile();
+// Prepares Printer: true when it may print. With AskUser the print dialog lets the user
+// choose, unless the output goes to a file.
+bool preparePrinter(QPrinter &printer, bool askUser, QWidget *parent);
+
+}  // namespace tw
