@@ -175,14 +175,15 @@ void DocumentBrowser::printOn(QPrinter *printer, std::function<void(bool)> done)
 
 void DocumentBrowser::savePage()
 {
-    if (path_.isEmpty()) return;
-    QFileDialog dlg(window(), QStringLiteral("Save As"), QFileInfo(path_).absolutePath());
+    // The browser's own dialog, also over an empty surface (which then saves nothing).
+    QFileDialog dlg(window(), QStringLiteral("Save As"),
+                    path_.isEmpty() ? QString() : QFileInfo(path_).absolutePath());
     dlg.setOption(QFileDialog::DontUseNativeDialog, true);
     dlg.setAcceptMode(QFileDialog::AcceptSave);
     dlg.selectFile(QFileInfo(path_).fileName());
     if (dlg.exec() != QDialog::Accepted || dlg.selectedFiles().isEmpty()) return;
     const QString target = dlg.selectedFiles().constFirst();
-    if (target == path_) return;
+    if (path_.isEmpty() || target == path_) return;
     if (surface_ == Surface::Web && web_
         && QFileInfo(path_).suffix().toUpper().startsWith(QLatin1String("HTM"))) {
         web_->saveHtml(target, nullptr);
