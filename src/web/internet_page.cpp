@@ -86,11 +86,13 @@ void InternetPage::makeAddressBox()
     URLEnter_->setMinimumContentsLength(40);
     URLEnter_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     URLEnter_->setToolTip(tool->toolTip());
-    URLEnter_->lineEdit()->installEventFilter(new AddressKeys(this, URLEnter_));
+    auto *keys = new AddressKeys(this, URLEnter_);
+    URLEnter_->installEventFilter(keys);
+    URLEnter_->lineEdit()->installEventFilter(keys);
     bar->insertWidget(tool, URLLabel_);
     bar->insertWidget(tool, URLEnter_);
-    // The box stands for the tool: its prompt follows the tool's tip.
-    tool->setVisible(false);
+    // The box stands for the tool (whose own button goes): its prompt follows the tool's tip.
+    bar->removeAction(tool);
     QObject::connect(tool, &QAction::changed, URLEnter_,
                      [this, tool] { URLEnter_->setToolTip(tool->toolTip()); });
     // A pick from the visited list goes straight to the address.
@@ -307,9 +309,8 @@ void InternetPage::onNavigateComplete(const QString &address)
 void InternetPage::onTitleChange(const QString &title)
 {
     if (!LoadingDone) return;
-    // The engine gives the address as the title of a page that has none: no title.
     const QString address = WebBrowser2->address();
-    const bool none = title.isEmpty() || title == address || QUrl(title) == WebBrowser2->url();
+    const bool none = title.isEmpty();
     WebPageName = none ? address : title;
     if (host_.selectedTab() != 7) return;
     if (!none) host_.setTitle(title);

@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QPointer>
+#include <QVariant>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
@@ -49,6 +50,14 @@ WebView::WebView(QWidget *parent) : QWidget(parent)
     lay->setContentsMargins(0, 0, 0, 0);
 }
 
+WebView::~WebView()
+{
+    // The engine answers its pending script calls while it goes: nobody hears them now.
+    dying_ = true;
+    delete view_;
+    view_ = nullptr;
+}
+
 QWebEngineView *WebView::view()
 {
     if (view_) return view_;
@@ -64,13 +73,23 @@ QWebEngineView *WebView::view()
         const QString address = view_->url().toString();
         QPointer<WebView> self(this);
         view_->page()->toPlainText([self, address, ok](const QString &t) {
-            if (!self) return;
+            if (!self || self->dying_) return;
             self->text_ = t;
             emit self->navigateComplete(address, ok);
         });
     });
     connect(view_->page(), &QWebEnginePage::linkHovered, this, &WebView::statusTextChanged);
-    connect(view_, &QWebEngineView::titleChanged, this, &WebView::titleChanged);
+    // The engine puts the address in place of a missing title: the document's own title counts.
+    connect(view_, &QWebEngineView::titleChanged, this, [this] {
+        QPointer<WebView> self(this);
+        view_->page()->runJavaScript(QStringLiteral("document.title"), [self](const QVariant &v) {
+            if (!self || self->dying_) return;
+            const QString t = v.toString();
+            if (t == self->docTitle_) return;
+            self->docTitle_ = t;
+            emit self->titleChanged(t);
+        });
+    });
     return view_;
 }
 
@@ -78,6 +97,7 @@ void WebView::navigate(const QUrl &url)
 {
     if (!url.isValid() || url.isEmpty()) return;
     text_.clear();
+    docTitle_.clear();
     view()->load(url);
 }
 
@@ -102,6 +122,7 @@ void WebView::refresh()
 QUrl WebView::url() const { return view_ ? view_->url() : QUrl(); }
 QString WebView::address() const { return url().toString(); }
 QString WebView::title() const { return view_ ? view_->title() : QString(); }
+QString WebView::documentTitle() const { return docTitle_; }
 
 void WebView::saveHtml(const QString &path, std::function<void(bool)> done)
 {
@@ -109,7 +130,9 @@ void WebView::saveHtml(const QString &path, std::function<void(bool)> done)
         if (done) done(false);
         return;
     }
-    view_->page()->toHtml([path, done](const QString &html) {
+    QPointer<WebView> self(this);
+    view_->page()->toHtml([self, path, done](const QString &html) {
+        if (!self || self->dying_) return;
         QFile f(path);
         const bool ok = f.open(QIODevice::WriteOnly | QIODevice::Truncate) && f.write(html.toUtf8()) >= 0;
         if (done) done(ok);

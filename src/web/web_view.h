@@ -18,6 +18,7 @@ class WebView : public QWidget {
     Q_PROPERTY(QString text READ pageText)
 public:
     explicit WebView(QWidget *parent = nullptr);
+    ~WebView() override;
 
     // The engine's view, made now if it is not there yet.
     QWebEngineView *view();
@@ -31,7 +32,9 @@ public:
     void refresh();
     QUrl url() const;
     QString address() const;
+    // The engine's title (the address when the page has none), and the page's own title.
     QString title() const;
+    QString documentTitle() const;
     bool loading() const { return loading_; }
     // The text of the page as it stood when its load finished.
     QString pageText() const { return text_; }
@@ -53,14 +56,16 @@ signals:
     void beforeNavigate(const QString &address);
     void navigateComplete(const QString &address, bool ok);
     void statusTextChanged(const QString &text);
-    void titleChanged(const QString &title);
+    void titleChanged(const QString &title);  // the page's own title, "" for none
 
 private:
     QWebEngineView *view_ = nullptr;
     bool silent_ = true;
     bool offline_ = false;
     bool loading_ = false;
+    bool dying_ = false;
     QString text_;
+    QString docTitle_;
 };
 
 // The printer the commands print on. With no output file set, the system's default printer;
