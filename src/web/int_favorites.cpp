@@ -20,6 +20,7 @@
 #include <QPushButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+#include <functional>
 
 namespace tw {
 
@@ -107,6 +108,19 @@ void IntFavorites1::fillTree()
     top->setData(0, IsFileRole, false);
     addFolder(top, root, QString());
     TreeView1->expandAll();
+}
+
+QStringList IntFavorites1::nodePaths() const
+{
+    QStringList out;
+    std::function<void(const QTreeWidgetItem *, const QString &)> walk = [&](const QTreeWidgetItem *it,
+                                                                             const QString &above) {
+        const QString path = above.isEmpty() ? it->text(0) : above + u'/' + it->text(0);
+        out << path;
+        for (int i = 0; i < it->childCount(); ++i) walk(it->child(i), path);
+    };
+    for (int i = 0; i < TreeView1->topLevelItemCount(); ++i) walk(TreeView1->topLevelItem(i), QString());
+    return out;
 }
 
 void IntFavorites1::refreshToolTip()

@@ -26,6 +26,8 @@ public:
     // The window's tip follows the mode (adding or going).
     void refreshToolTip();
     bool AddCurrentPage();
+    // Every node as its text path from the top ("Favorites/News/Page"), depth first.
+    QStringList nodePaths() const;
 
     QString FavoritesBase;  // the folder that contains "Favorites"
     QString CurrentFolder = QStringLiteral("/Favorites");  // the folder to add to

@@ -208,6 +208,10 @@ bool InternetPage::variableText(const QString &name, QString *out) const
     if (name == QLatin1String("LoadingDone")) return b(LoadingDone);
     if (name == QLatin1String("WebEngineMade")) return b(WebBrowser2 && WebBrowser2->engineMade());
     if (name == QLatin1String("BrowserOffline")) return b(WebBrowser2 && WebBrowser2->offline());
+    if (name == QLatin1String("FavoriteNodes")) {
+        *out = favorites_ ? favorites_->nodePaths().join(u'|') : QString();
+        return true;
+    }
     if (name == QLatin1String("BrowserAddress")) {
         *out = WebBrowser2 ? WebBrowser2->address() : QString();
         return true;
