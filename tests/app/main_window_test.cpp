@@ -52,7 +52,6 @@ private slots:
     {
         QVERIFY2(w->unknownHandledTools().isEmpty(), qPrintable(w->unknownHandledTools().join(u' ')));
         const QStringList unbuilt = {"ID_mnuOpenFile",
-                                     "ID_mnuOpenFilelnterent",
                                      "ID_mnuCloseFile",
                                      "ID_mnuSelectFiles",
                                      "ID_mnuSelectFavoriteList",
@@ -86,22 +85,6 @@ private slots:
                                      "ID_Tracker",
                                      "ID_ListToggle",
                                      "ID_Status",
-                                     "ID_TxtPrint",
-                                     "ID_TxtSave",
-                                     "ID_TxtProperties",
-                                     "ID_IntBack",
-                                     "ID_IntForward",
-                                     "ID_IntHome",
-                                     "ID_IntStop",
-                                     "ID_IntRefresh",
-                                     "ID_IntPrint",
-                                     "ID_IntSave",
-                                     "ID_IntProperties",
-                                     "ID_IntFavorites",
-                                     "ID_IntAddFavorite",
-                                     "ID_IntVisited",
-                                     "ID_IntURLEnter",
-                                     "ID_IntGo",
                                      "ID_mnuFileCreateNewFolder",
                                      "ID_mnuDeleteFile"};
         QStringList grey = w->ToolBarComp1->unbuiltIds();
