@@ -162,7 +162,7 @@ QStringList RemoteFileCommands::handledTools() const { return {tool::mnuOpenFile
 bool RemoteFileCommands::toolClick(const QString &id)
 {
     if (id != tool::mnuOpenFilelnterent) return false;
-    if (!win_) win_ = new GetURL1(host_, host_.window());
+    if (!openWindow()) win_ = new GetURL1(host_, host_.window());
     win_->show();
     win_->raise();
     win_->activateWindow();
@@ -184,8 +184,9 @@ void RemoteFileCommands::shutDown() { delete win_.data(); }
 void RemoteFileCommands::RemoveRemoteAddress(const QString &address)
 {
     // The list is loaded for the removal when it is not open, and unloaded again after.
-    const bool loadedHere = !win_;
-    GetURL1 *w = win_ ? win_.data() : new GetURL1(host_, host_.window());
+    GetURL1 *open = openWindow();
+    const bool loadedHere = !open;
+    GetURL1 *w = open ? open : new GetURL1(host_, host_.window());
     w->removeAddress(address);
     if (loadedHere) delete w;
 }

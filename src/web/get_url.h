@@ -28,6 +28,8 @@ public:
     void deleteRow();
     // Removes the first row that, trimmed, equals Address trimmed; false when none does.
     bool removeAddress(const QString &address);
+    // True once the window has closed and written its list (it goes a moment later).
+    bool unloaded() const { return unloaded_; }
 
     QLineEdit *Text1 = nullptr;
     QListWidget *List1 = nullptr;
@@ -57,6 +59,8 @@ public:
     void RemoveRemoteAddress(const QString &address);
 
 private:
+    // The window while it is open; null once it has closed.
+    GetURL1 *openWindow() const { return win_ && !win_->unloaded() ? win_.data() : nullptr; }
     QPointer<GetURL1> win_;
 };
 

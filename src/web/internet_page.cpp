@@ -171,8 +171,9 @@ bool InternetPage::toolClick(const QString &id)
     } else if (id == tool::IntAddFavorite) {
         WebView *b = browser();
         PageUrl = b->address();
-        PageTitle = b->title();
-        // A page without a title shows its address as the title: the caption stands instead.
+        // A page without a title of its own goes by its address.
+        PageTitle = b->documentTitle().isEmpty() ? b->address() : b->documentTitle();
+        // An address for a title means no title: the main window's caption stands instead.
         if (PageTitle.left(5).toUpper() == QLatin1String("HTTP:")) PageTitle = host_.title();
         showFavorites(QStringLiteral("A"));
     } else {

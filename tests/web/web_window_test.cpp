@@ -5,13 +5,16 @@
 #include "common/main_window_fixture.h"
 #include "core/globals.h"
 #include "core/tool_ids.h"
+#include "pictures/pictures_module.h"
 #include "web/document_browser.h"
+#include "web/get_url.h"
 #include "web/documents_page.h"
 #include "web/internet_page.h"
 #include "web/web_view.h"
 
 #include <QApplication>
 #include <QFile>
+#include <QLineEdit>
 #include <QHostAddress>
 #include <QProcess>
 #include <QProgressDialog>
@@ -239,6 +242,35 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(b->pageText(), QStringLiteral("Served page"), 10000);
         QTRY_COMPARE_WITH_TIMEOUT(w->title(), QStringLiteral("Served"), 5000);
         QCOMPARE(web()->addressBox()->findText(server.url("/page.htm")) >= 0, true);
+    }
+
+    void remoteListOpensThroughTheDispatcherWithTheLoadingPanel()
+    {
+        // The server outlives the window: the fetch it holds never ends while the tests run.
+        static StallServer server;
+        const QString address = server.url("/never.jpg");
+        w->OnToolClick(tool::mnuOpenFilelnterent);
+        auto *g = w->findChild<GetURL1 *>(QStringLiteral("GetURL1"));
+        QVERIFY(g && g->isVisible());
+        g->Text1->setText(address);
+        g->OpenBtn->click();
+        QVERIFY(!G.GetURL1Loaded);
+        // The picture side fetches it: the loading panel shows over the picture.
+        QWidget *frame5 = w->findChild<QWidget *>(QStringLiteral("Frame5"));
+        QVERIFY(frame5);
+        QTRY_VERIFY(frame5->isVisible());
+        QCOMPARE(G.CurrentFile, address);
+        QFile list(G.ProgramDir + QStringLiteral("/PictList.INI"));
+        QVERIFY(list.open(QIODevice::ReadOnly));
+        QCOMPARE(list.readAll(), (address + QStringLiteral("\r\n")).toUtf8());
+        list.close();
+        // The watchdog's removal reaches the list through the picture side.
+        auto *pictures = dynamic_cast<PicturesModule *>(w->page(2));
+        QVERIFY(pictures && pictures->RemoveRemoteAddress);
+        pictures->RemoveRemoteAddress(QStringLiteral(" ") + address);
+        QVERIFY(list.open(QIODevice::ReadOnly));
+        QCOMPARE(list.readAll(), QByteArray());
+        G.FromInternet = false;
     }
 
     void addressWithSpacesDoesNotBreak()
