@@ -20,7 +20,6 @@
 #include <QTemporaryDir>
 #include <QTextEdit>
 #include <QUrl>
-#include <QWebEngineView>
 #include <clocale>
 #include <cstdio>
 
@@ -99,32 +98,21 @@ double documentTabMs(Tarnwick1 *w, const QString &file, long *peakKiB)
     return ms;
 }
 
-// One cold first page in this process: "bare" or "tab".
-int firstPage(const QString &mode, const QString &page)
+// One cold first page on the Internet tab in this process (the engine module loads with it).
+int firstPage(const QString &page)
 {
     const QUrl url = QUrl::fromLocalFile(page);
     QEventLoop loop;
     QElapsedTimer t;
     double ms = -1;
-    if (mode == QLatin1String("bare")) {
-        t.start();
-        QWebEngineView v;
-        v.resize(800, 600);
-        v.show();
-        QObject::connect(&v, &QWebEngineView::loadFinished, &loop, [&] {
-            ms = t.nsecsElapsed() / 1e6;
-            loop.quit();
-        });
-        v.load(url);
-        loop.exec();
-    } else {
+    {
         Tarnwick1 *w = twtest::startMainWindow();
         w->selectTab(7);
         auto *web = dynamic_cast<InternetPage *>(w->page(7));
         web->addressBox()->setEditText(url.toString());
         t.start();
         w->OnToolClick(tool::IntGo);
-        QObject::connect(web->browser()->view(), &QWebEngineView::loadFinished, &loop, [&] {
+        QObject::connect(web->browser(), &WebView::loadFinished, &loop, [&] {
             ms = t.nsecsElapsed() / 1e6;
             loop.quit();
         });
@@ -135,12 +123,12 @@ int firstPage(const QString &mode, const QString &page)
     return 0;
 }
 
-double bestChild(const QString &self, const QString &mode, const QString &page)
+double bestChild(const QString &program, const QStringList &args)
 {
     double best = 1e9;
     for (int i = 0; i < 3; ++i) {
         QProcess p;
-        p.start(self, {QStringLiteral("--first-page"), mode, page});
+        p.start(program, args);
         p.waitForFinished(-1);
         const QList<QByteArray> lines = p.readAllStandardOutput().trimmed().split('\n');
         bool ok = false;
@@ -159,7 +147,7 @@ int main(int argc, char **argv)
     QApplication app(argc, argv);
     setlocale(LC_NUMERIC, "C");
     const QStringList args = app.arguments();
-    if (args.value(1) == QLatin1String("--first-page")) return firstPage(args.value(2), args.value(3));
+    if (args.value(1) == QLatin1String("--first-page")) return firstPage(args.value(3));
 
     QTemporaryDir dir;
     // The program's files go to a folder of this run.
@@ -191,8 +179,9 @@ int main(int argc, char **argv)
         }
     }
     const QString self = QCoreApplication::applicationFilePath();
-    const double bareWeb = bestChild(self, QStringLiteral("bare"), page);
-    const double tabWeb = bestChild(self, QStringLiteral("tab"), page);
+    const QString bareProbe = QCoreApplication::applicationDirPath() + QStringLiteral("/web_bare_probe");
+    const double bareWeb = bestChild(bareProbe, {page});
+    const double tabWeb = bestChild(self, {QStringLiteral("--first-page"), QStringLiteral("tab"), page});
     std::printf("first local HTML page, command to load finished (fresh process, best of 3)\n");
     std::printf("  bare QWebEngineView     %8.1f ms\n", bareWeb);
     std::printf("  Internet tab (ID_IntGo) %8.1f ms\n", tabWeb);

@@ -2,6 +2,7 @@
 
 #include "core/globals.h"
 #include "core/prompt.h"
+#include "web/engine/engine_api.h"
 #include "web/text_loading.h"
 #include "web/web_view.h"
 
@@ -11,10 +12,6 @@
 #include <QFileInfo>
 #include <QLocale>
 #include <QPainter>
-#include <QPdfDocument>
-#include <QPdfPageNavigator>
-#include <QPdfSelection>
-#include <QPdfView>
 #include <QPrinter>
 #include <QTextBrowser>
 #include <QUrl>
@@ -74,23 +71,18 @@ void DocumentBrowser::navigate(const QString &path)
     const QString ext = QFileInfo(path).suffix().toUpper();
     if (ext == QLatin1String("PDF")) {
         if (!pdf_) {
-            pdf_ = new QPdfDocument(this);
-            pdfView_ = new QPdfView(this);
-            pdfView_->setObjectName(QStringLiteral("WebBrowser1Pdf"));
-            pdfView_->setDocument(pdf_);
-            pdfView_->setPageMode(QPdfView::PageMode::MultiPage);
-            pdfView_->setZoomMode(QPdfView::ZoomMode::FitToWidth);
-            addWidget(pdfView_);
+            if (const EngineTable *t = engineTable()) {
+                pdf_.reset(t->makePdf(this));
+                pdf_->widget()->setObjectName(QStringLiteral("WebBrowser1Pdf"));
+                addWidget(pdf_->widget());
+            }
         }
-        pdf_->close();
-        if (pdf_->load(path) != QPdfDocument::Error::None || pdf_->pageCount() <= 0) {
-            // A damaged PDF leaves the surface blank.
-            pdf_->close();
-            showBlank();
-        } else {
+        // A damaged PDF leaves the surface blank.
+        if (pdf_ && pdf_->load(path)) {
             surface_ = Surface::Pdf;
-            setCurrentWidget(pdfView_);
-            pdfView_->pageNavigator()->jump(0, {}, 0);
+            setCurrentWidget(pdf_->widget());
+        } else {
+            showBlank();
         }
         emit documentLoaded();
         return;
@@ -129,7 +121,7 @@ QString DocumentBrowser::shownText() const
     case Surface::Web:
         return web_ ? web_->pageText() : QString();
     case Surface::Pdf:
-        return pdf_ ? pdf_->getAllText(0).text() : QString();
+        return pdf_ ? pdf_->pageText(0) : QString();
     case Surface::Text:
         return text_ ? text_->toPlainText() : QString();
     case Surface::Blank:
@@ -207,7 +199,7 @@ void DocumentBrowser::showProperties()
     inform(text, QStringLiteral("Properties"), window());
 }
 
-bool printPdf(QPdfDocument &doc, QPrinter &printer)
+bool printPdf(PdfEngine &doc, QPrinter &printer)
 {
     if (doc.pageCount() <= 0) return false;
     QPainter p;

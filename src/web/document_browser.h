@@ -8,13 +8,12 @@
 #include <QTemporaryDir>
 #include <memory>
 
-class QPdfDocument;
-class QPdfView;
 class QTextBrowser;
 class QPrinter;
 
 namespace tw {
 
+class PdfEngine;
 class WebView;
 
 class DocumentBrowser : public QStackedWidget {
@@ -40,7 +39,7 @@ public:
     // The text on show (the page's text, the PDF's first page, the extracted text).
     QString shownText() const;
     WebView *webView() const { return web_; }
-    QPdfDocument *pdfDocument() const { return pdf_; }
+    PdfEngine *pdfEngine() const { return pdf_.get(); }
 
     // Prints what is shown; Done runs when it is over. Used by command 6.
     void printOn(QPrinter *printer, std::function<void(bool)> done);
@@ -57,8 +56,7 @@ private:
 
     QWidget *blank_ = nullptr;
     WebView *web_ = nullptr;
-    QPdfDocument *pdf_ = nullptr;
-    QPdfView *pdfView_ = nullptr;
+    std::unique_ptr<PdfEngine> pdf_;
     QTextBrowser *text_ = nullptr;
     QString path_;
     Surface surface_ = Surface::Blank;
@@ -67,6 +65,6 @@ private:
 };
 
 // Prints every page of a PDF, each composited onto white, scaled to the page.
-bool printPdf(QPdfDocument &doc, QPrinter &printer);
+bool printPdf(PdfEngine &doc, QPrinter &printer);
 
 }  // namespace tw

@@ -1,17 +1,19 @@
-// The browser surface of both tabs: a QWebEngineView made on first use (start-up pays
-// nothing for the web engine), in silent mode without script dialogs, plus the printer
-// that the document and Internet commands print on.
+// The browser surface of both tabs: the web engine's view, made on first use from the engine
+// module (start-up pays nothing for the web engine), in silent mode without script dialogs;
+// plus the printer that the document and Internet commands print on.
 #pragma once
 
 #include <QString>
 #include <QUrl>
 #include <QWidget>
 #include <functional>
+#include <memory>
 
 class QPrinter;
-class QWebEngineView;
 
 namespace tw {
+
+class BrowserEngine;
 
 class WebView : public QWidget {
     Q_OBJECT
@@ -20,9 +22,9 @@ public:
     explicit WebView(QWidget *parent = nullptr);
     ~WebView() override;
 
-    // The engine's view, made now if it is not there yet.
-    QWebEngineView *view();
-    bool engineMade() const { return view_ != nullptr; }
+    // The engine, made now if it is not there yet; null when the engine module is missing.
+    BrowserEngine *engine();
+    bool engineMade() const { return engine_ != nullptr; }
 
     void navigate(const QUrl &url);
     void back();
@@ -34,7 +36,7 @@ public:
     QString address() const;
     // The engine's title (the address when the page has none), and the page's own title.
     QString title() const;
-    QString documentTitle() const;
+    QString documentTitle() const { return docTitle_; }
     bool loading() const { return loading_; }
     // The text of the page as it stood when its load finished.
     QString pageText() const { return text_; }
@@ -44,7 +46,7 @@ public:
     // Kept as a setting of the browser; the engine loads from the network either way.
     void setOffline(bool on) { offline_ = on; }
     bool offline() const { return offline_; }
-    // Saves the page's HTML to Path; false when nothing is on show or the file fails.
+    // Saves the page's HTML to Path.
     void saveHtml(const QString &path, std::function<void(bool)> done);
     // Prints the page; Done runs when the engine has finished.
     void print(QPrinter *printer, std::function<void(bool)> done);
@@ -54,12 +56,13 @@ public:
 
 signals:
     void beforeNavigate(const QString &address);
-    void navigateComplete(const QString &address, bool ok);
+    void loadFinished(bool ok);
+    void navigateComplete(const QString &address, bool ok);  // after the page's text is read
     void statusTextChanged(const QString &text);
     void titleChanged(const QString &title);  // the page's own title, "" for none
 
 private:
-    QWebEngineView *view_ = nullptr;
+    std::unique_ptr<BrowserEngine> engine_;
     bool silent_ = true;
     bool offline_ = false;
     bool loading_ = false;

@@ -33,6 +33,7 @@ expect_file() { [ -f "$prefix/$1" ] || fail "not installed: $1"; }
 [ -x "$prefix/$bindir/tarnwick" ] || fail "not installed or not executable: $bindir/tarnwick"
 expect_file "$libdir/tarnwick/libtw_codecs.so"
 expect_file "$libdir/tarnwick/libtw_help.so"
+expect_file "$libdir/tarnwick/libtw_webengine.so"
 expect_file "$datadir/tarnwick/TIPHELP.TXT"
 expect_file "$datadir/tarnwick/Help/Ostrel.qhc"
 expect_file "$datadir/tarnwick/Help/Ostrel.qch"
@@ -64,7 +65,8 @@ done
 while IFS= read -r f; do
   rel=${f#"$prefix"/}
   case "$rel" in
-    "$bindir/tarnwick" | "$libdir/tarnwick/libtw_codecs.so" | "$libdir/tarnwick/libtw_help.so" | "$datadir/tarnwick/"* | \
+    "$bindir/tarnwick" | "$libdir/tarnwick/libtw_codecs.so" | "$libdir/tarnwick/libtw_help.so" | "$libdir/tarnwick/libtw_webengine.so" | \
+    "$datadir/tarnwick/"* | \
     "$datadir/applications/tarnwick.desktop" | "$datadir/icons/hicolor/"*/apps/tarnwick.png) ;;
     *) fail "installed but not part of the program: $rel" ;;
   esac
@@ -85,7 +87,8 @@ grep -Eq '^MimeType=(image/jpeg;).*(audio/mpeg;).*(application/pdf;)' "$desktop"
   fail "desktop entry: MimeType does not list pictures, music and documents"
 
 # ---------------------------------------------------------------- no build path inside
-elf_files=("$prefix/$bindir/tarnwick" "$prefix/$libdir/tarnwick/libtw_codecs.so" "$prefix/$libdir/tarnwick/libtw_help.so")
+elf_files=("$prefix/$bindir/tarnwick" "$prefix/$libdir/tarnwick/libtw_codecs.so" "$prefix/$libdir/tarnwick/libtw_help.so"
+  "$prefix/$libdir/tarnwick/libtw_webengine.so")
 for f in "${elf_files[@]}"; do
   [ -f "$f" ] || continue
   rp=$(readelf -d "$f" | grep -E 'R(UN)?PATH' || true)

@@ -7,6 +7,7 @@
 #include "core/tool_ids.h"
 #include "pictures/pictures_module.h"
 #include "web/document_browser.h"
+#include "web/engine/engine_api.h"
 #include "web/get_url.h"
 #include "web/documents_page.h"
 #include "web/internet_page.h"
@@ -28,7 +29,6 @@
 #include <QTextDocument>
 #include <QTextEdit>
 #include <QTimer>
-#include <QWebEngineView>
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QPrinter>
@@ -141,7 +141,7 @@ private slots:
         QPrinter printer(QPrinter::HighResolution);
         printer.setOutputFormat(QPrinter::PdfFormat);
         printer.setOutputFileName(file("out3.pdf"));
-        QVERIFY(printPdf(*docs()->WebBrowser1->pdfDocument(), printer));
+        QVERIFY(printPdf(*docs()->WebBrowser1->pdfEngine(), printer));
         QVERIFY(runTool("pdfinfo", {file("out3.pdf")})
                     .contains(QRegularExpression(QStringLiteral("Pages:\\s+2"))));
         // The page is white under the rendered text, not transparent black.
