@@ -125,6 +125,8 @@ bool DocumentsPage::variableText(const QString &name, QString *out) const
 
 void DocumentsPage::build(QWidget *panel)
 {
+    // A converter that takes long shows its progress over the main window.
+    setConverterProgressWindow(host_.window());
     setHelpTopic(panel, QStringLiteral("documents"));
     auto *p6 = new QVBoxLayout(panel);
     Text6 = new QLabel(panel);

@@ -119,6 +119,9 @@ void InternetPage::entering()
                      QStringLiteral("Enter Web Site Page Location or Select Visited Page"));
         InternetFirstEntry = false;
         t.setChecked(tool::IntVisited, true);
+        // The address box takes the browser's width, less the label and the Go button.
+        if (URLEnter_ && WebBrowser2)
+            URLEnter_->setMinimumWidth(qMax(240, WebBrowser2->width() - URLLabel_->sizeHint().width() - 120));
     } else {
         // Later entries show the address box through the visited button.
         t.setChecked(tool::IntVisited, true);

@@ -1,6 +1,12 @@
 #include "web/text_loading.h"
 
+#include "core/busy.h"
+
+#include <QEventLoop>
 #include <QFileInfo>
+#include <QPointer>
+#include <QProgressDialog>
+#include <QTimer>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QStringDecoder>
@@ -37,6 +43,16 @@ QString decodeText(const QByteArray &bytes)
     return out;
 }
 
+namespace {
+QPointer<QWidget> &progressWindow()
+{
+    static QPointer<QWidget> w;
+    return w;
+}
+}  // namespace
+
+void setConverterProgressWindow(QWidget *window) { progressWindow() = window; }
+
 std::optional<QByteArray> runConverter(const QString &program, const QStringList &args, int timeoutMs)
 {
     const QString exe = QStandardPaths::findExecutable(program);
@@ -46,7 +62,34 @@ std::optional<QByteArray> runConverter(const QString &program, const QStringList
     p.setStandardInputFile(QProcess::nullDevice());
     p.start(exe, args);
     if (!p.waitForStarted(5000)) return std::nullopt;
-    if (!p.waitForFinished(timeoutMs)) {
+    if (QWidget *parent = progressWindow()) {
+        bool stopped = false;
+        QEventLoop loop;
+        QObject::connect(&p, &QProcess::finished, &loop, &QEventLoop::quit);
+        QTimer limit;
+        limit.setSingleShot(true);
+        QObject::connect(&limit, &QTimer::timeout, &loop, [&] {
+            stopped = true;
+            loop.quit();
+        });
+        limit.start(timeoutMs);
+        BusyScope busy;
+        QProgressDialog progress(QStringLiteral("Converting Document - ") + args.value(args.size() - 1),
+                                 QStringLiteral("Cancel"), 0, 0, parent);
+        progress.setObjectName(QStringLiteral("DocumentProgress"));
+        progress.setWindowModality(Qt::WindowModal);
+        progress.setMinimumDuration(400);
+        QObject::connect(&progress, &QProgressDialog::canceled, &loop, [&] {
+            stopped = true;
+            loop.quit();
+        });
+        if (p.state() != QProcess::NotRunning) loop.exec();
+        if (stopped) {
+            p.kill();
+            p.waitForFinished(2000);
+            return std::nullopt;
+        }
+    } else if (!p.waitForFinished(timeoutMs)) {
         p.kill();
         p.waitForFinished(2000);
         return std::nullopt;

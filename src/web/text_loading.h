@@ -8,6 +8,8 @@
 #include <QStringList>
 #include <optional>
 
+class QWidget;
+
 namespace tw {
 
 // Text of a file's bytes: UTF-8 when the bytes are valid UTF-8 (a byte-order mark dropped),
@@ -16,8 +18,11 @@ namespace tw {
 QString decodeText(const QByteArray &bytes);
 
 // Runs a converter program and gives its standard output; nullopt when the program is not
-// installed, fails, or runs past the time limit (it is then killed).
+// installed, fails, runs past the time limit or is stopped (it is then killed). With a
+// progress window set, the wait keeps the program painting and, past 0.4 s, shows a box
+// whose Cancel stops the converter.
 std::optional<QByteArray> runConverter(const QString &program, const QStringList &args, int timeoutMs);
+void setConverterProgressWindow(QWidget *window);
 
 // An RTF file as HTML that keeps its fonts, sizes, styles, colours and paragraphs.
 std::optional<QString> rtfToHtml(const QString &path);

@@ -11,9 +11,11 @@
 #include "web/get_url.h"
 #include "web/documents_page.h"
 #include "web/internet_page.h"
+#include "web/text_loading.h"
 #include "web/web_view.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QLineEdit>
 #include <QHostAddress>
@@ -204,7 +206,7 @@ private slots:
             const QByteArray line = QByteArray(70, 'x') + "\r\n";
             QByteArray block;
             for (int i = 0; i < 8192; ++i) block += line;
-            for (int i = 0; i < 100; ++i) f.write(block);  // about 59 MB
+            for (int i = 0; i < 60; ++i) f.write(block);  // about 35 MB
         }
         bool sawProgress = false;
         QTimer poll;
@@ -224,6 +226,35 @@ private slots:
         // Stopped: the former contents stay.
         QCOMPARE(docs()->Text1->toPlainText(), QStringLiteral("kept text"));
         QFile::remove(file("big.txt"));
+    }
+
+    void slowConverterShowsProgressAndCanBeStopped()
+    {
+        // A converter that never finishes: its box shows and Cancel ends the wait.
+        const QString bin = dir.path() + QStringLiteral("/bin");
+        QDir().mkpath(bin);
+        writeAll(bin + QStringLiteral("/slowconv"), "#!/bin/sh\nsleep 60\n");
+        QFile::setPermissions(bin + QStringLiteral("/slowconv"),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        const QByteArray oldPath = qgetenv("PATH");
+        qputenv("PATH", bin.toLocal8Bit() + ':' + oldPath);
+        bool sawProgress = false;
+        QTimer poll;
+        connect(&poll, &QTimer::timeout, [&] {
+            auto *p = qobject_cast<QProgressDialog *>(QApplication::activeModalWidget());
+            if (!p) return;
+            sawProgress = true;
+            if (auto *b = p->findChild<QPushButton *>()) b->click();
+        });
+        poll.start(50);
+        QElapsedTimer t;
+        t.start();
+        const auto out = runConverter(QStringLiteral("slowconv"), {QStringLiteral("x.doc")}, 60000);
+        poll.stop();
+        qputenv("PATH", oldPath);
+        QVERIFY(!out.has_value());
+        QVERIFY(sawProgress);
+        QVERIFY2(t.elapsed() < 5000, qPrintable(QString::number(t.elapsed())));
     }
 
     void stalledServerCanBeStopped()
