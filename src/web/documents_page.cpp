@@ -17,6 +17,7 @@
 
 #include <QDateTime>
 #include <QEventLoop>
+#include <QFile>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QLabel>
@@ -25,6 +26,7 @@
 #include <QMainWindow>
 #include <QPrinter>
 #include <QProgressDialog>
+#include <QTemporaryDir>
 #include <QTextDocument>
 #include <QTextEdit>
 #include <QThread>
@@ -174,7 +176,30 @@ void DocumentsPage::LoadText(const QString &path)
 {
     ensureBuilt();
     WebBrowser1->hide();
-    if (G.CurrentExt != QLatin1String("RTF")) {
+    if (G.CurrentExt != QLatin1String("RTF") && isWordProcessorExt(G.CurrentExt)
+        && !G.Options.DocumentsAsSource) {
+        // A Write (or Word) file in the text box: rendered by LibreOffice when it is there,
+        // else its text through the extractors; its raw bytes would show as noise.
+        Text1->show();
+        Text1->setReadOnly(false);
+        Text1->setFont(QFont(QStringLiteral("MS Sans Serif"), 8));
+        QTemporaryDir out;
+        std::optional<QString> html;
+        if (officeInstalled()) {
+            if (auto file = officeToHtml(path, out.path())) {
+                QFile f(*file);
+                if (f.open(QIODevice::ReadOnly)) html = QString::fromUtf8(f.readAll());
+            }
+        }
+        if (html) {
+            Text1->setHtml(*html);
+        } else if (auto text = wordText(path)) {
+            Text1->setPlainText(*text);
+        } else {
+            return;
+        }
+        Text1->setReadOnly(true);
+    } else if (G.CurrentExt != QLatin1String("RTF")) {
         Text1->show();
         Text1->setReadOnly(false);
         Text1->setFont(QFont(QStringLiteral("MS Sans Serif"), 8));

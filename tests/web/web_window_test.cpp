@@ -257,6 +257,37 @@ private slots:
         QVERIFY2(t.elapsed() < 5000, qPrintable(QString::number(t.elapsed())));
     }
 
+    void wordDocumentsRenderThroughTheOfficeConverterWhenInstalled()
+    {
+        // An "soffice" on the path that converts as LibreOffice's headless converter does:
+        // the HTML it writes into the output folder is what the document tab shows.
+        const QString bin = dir.path() + QStringLiteral("/office");
+        QDir().mkpath(bin);
+        writeAll(bin + QStringLiteral("/soffice"),
+                 "#!/bin/sh\n"
+                 "[ \"$1 $2 $3 $4\" = \"--headless --convert-to html --outdir\" ] || exit 3\n"
+                 "name=$(basename \"$6\"); printf '<html><body><b>Rendered</b> %s</body></html>' \"$name\" "
+                 "> \"$5/${name%.*}.html\"\n");
+        QFile::setPermissions(bin + QStringLiteral("/soffice"),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        const QByteArray oldPath = qgetenv("PATH");
+        qputenv("PATH", bin.toLocal8Bit() + ':' + oldPath);
+        writeAll(file("letter.wps"), "not really works");
+        writeAll(file("note.wri"), "not really write");
+        w->DisplayFile(file("letter.wps"));
+        QCOMPARE(docs()->WebBrowser1->surface(), DocumentBrowser::Surface::Web);
+        QTRY_COMPARE_WITH_TIMEOUT(docs()->WebBrowser1->shownText(), QStringLiteral("Rendered letter.wps"),
+                                  10000);
+        QVERIFY(docs()->WebBrowser1->isVisible());
+        QVERIFY(!docs()->Text1->isVisible());
+        // A Write file goes to the text box, rendered there.
+        w->DisplayFile(file("note.wri"));
+        qputenv("PATH", oldPath);
+        QVERIFY(docs()->Text1->isVisible());
+        QCOMPARE(docs()->Text1->toPlainText(), QStringLiteral("Rendered note.wri"));
+        QVERIFY(docs()->Text1->document()->toHtml().contains(QLatin1String("font-weight")));
+    }
+
     void stalledServerCanBeStopped()
     {
         StallServer server;
