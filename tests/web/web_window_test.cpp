@@ -341,6 +341,13 @@ private slots:
         web()->addressBox()->setEditText(QStringLiteral("file://") + file("with space.htm"));
         w->OnToolClick(tool::IntGo);
         QTRY_COMPARE_WITH_TIMEOUT(web()->browser()->pageText(), QStringLiteral("Spaced page"), 10000);
+        // The Internet tab's print goes through the same printer.
+        printOutputFile() = file("web.pdf");
+        w->OnToolClick(tool::IntPrint);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            runTool("pdfinfo", {file("web.pdf")}).contains(QRegularExpression(QStringLiteral("Pages:\\s+1"))),
+            10000);
+        printOutputFile().clear();
     }
 };
 
