@@ -66,9 +66,10 @@ public:
             while (QTcpSocket *s = nextPendingConnection())
                 connect(s, &QTcpSocket::readyRead, s, [s] {
                     const QByteArray path = s->readAll().split(' ').value(1);
-                    if (path != "/page.htm") return;  // held open
-                    const QByteArray body =
-                        "<html><head><title>Served</title></head><body>Served page</body></html>";
+                    if (path != "/page.htm" && path != "/untitled.htm") return;  // held open
+                    const QByteArray body = path == "/page.htm"
+                        ? "<html><head><title>Served</title></head><body>Served page</body></html>"
+                        : "<html><body>No title</body></html>";
                     s->write("HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: "
                              + QByteArray::number(body.size()) + "\r\nConnection: close\r\n\r\n" + body);
                     s->flush();
@@ -333,6 +334,24 @@ private slots:
         QVERIFY(list.open(QIODevice::ReadOnly));
         QCOMPARE(list.readAll(), QByteArray());
         G.FromInternet = false;
+    }
+
+    void favoriteOfAPageWithoutTitleTakesTheCaption()
+    {
+        static StallServer server;
+        w->selectTab(7);
+        WebView *b = web()->browser();
+        b->navigate(QUrl(server.url("/untitled.htm")));
+        QTRY_COMPARE_WITH_TIMEOUT(b->pageText(), QStringLiteral("No title"), 10000);
+        w->setTitle(QStringLiteral("Caption Now"));
+        QTimer::singleShot(200, [] {
+            if (QWidget *d = QApplication::activeModalWidget()) d->close();
+        });
+        w->OnToolClick(tool::IntAddFavorite);
+        QCOMPARE(web()->PageUrl, server.url("/untitled.htm"));
+        // Its address for a title starts with "http:": the caption stands in.
+        QCOMPARE(web()->PageTitle, QStringLiteral("Caption Now"));
+        QVERIFY(!web()->FavoritesOpen);
     }
 
     void addressWithSpacesDoesNotBreak()
