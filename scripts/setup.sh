@@ -14,6 +14,7 @@ PKGS=(
   libgtest-dev libgmock-dev libbenchmark-dev
   libjpeg-turbo-progs poppler-utils
   clang-14 libclang-rt-14-dev
+  unrtf antiword catdoc
   adwaita-icon-theme hicolor-icon-theme desktop-file-utils
   xvfb xauth
 )

@@ -63,7 +63,7 @@ public:
     FileLoaders Loaders;
     // The dispatcher's calls into them.
     void LoadImage(const QString &path) override;
-    void LoadMediaFile(const QString &path);
+    void LoadMediaFile(const QString &path) override;
     void LoadDocument(const QString &path);
     void LoadText(const QString &path);
 

@@ -72,6 +72,14 @@ public:
     virtual void LoadFolderPictures() = 0;
     // The picture control, while it is on show (the toggle button's drop target).
     virtual QWidget *pictureWidget() const = 0;
+    // The save of a file under a name the user gives (the document tab's text save too).
+    virtual bool SaveFileAs(const QString &path)
+    {
+        (void)path;
+        return false;
+    }
+    // The remote file list's removal of an address that the fetch watchdog gave up on.
+    virtual void setRemoveRemoteAddress(std::function<void(const QString &address)> fn) { (void)fn; }
 };
 
 // What a page may ask of the main window that hosts it.
@@ -95,6 +103,8 @@ public:
     virtual void DisplayFile(const QString &path) = 0;
     // The dispatcher's call into the picture loader (recorded as the last loader used).
     virtual void LoadImage(const QString &path) = 0;
+    // The dispatcher's call into the media loader (a media address typed on the Internet tab).
+    virtual void LoadMediaFile(const QString &path) = 0;
     virtual void ShowExplorerItem() = 0;
     virtual bool FileMissing(const QString &path) const = 0;
     virtual void SetFileCommands(bool on) = 0;

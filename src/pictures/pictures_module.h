@@ -114,6 +114,10 @@ public:
     // The remote file list's removal of an address, set by the window that owns that list;
     // the watchdog calls it with the address of a fetch that never came.
     std::function<void(const QString &address)> RemoveRemoteAddress;
+    void setRemoveRemoteAddress(std::function<void(const QString &address)> fn) override
+    {
+        RemoveRemoteAddress = std::move(fn);
+    }
     // Seconds since midnight; tests replace it to stand at a chosen time.
     std::function<double()> Clock;
 
