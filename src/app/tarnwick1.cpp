@@ -654,6 +654,12 @@ void Tarnwick1::ShowExplorerItem()
     else setTitle(path + QStringLiteral(" - ") + AppTitle);
 }
 
+void Tarnwick1::LoadInternetPage(const QString &url)
+{
+    for (auto &p : pages_)
+        if (p && p->showAddress(url)) return;
+}
+
 void Tarnwick1::AddViewMenuItem(const QString &path)
 {
     ToolBarComp1->addDynamicTool(path, QStringLiteral("MenuViewList"), tool::mnuView,

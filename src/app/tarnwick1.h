@@ -55,6 +55,7 @@ public:
     void OpenWithShell();
     void AddDocumentHistory(const QString &path);
     void ShowExplorerItem() override;
+    void LoadInternetPage(const QString &url) override;
     void AddViewMenuItem(const QString &path) override;
     void SetFileCommands(bool on) override;
     void ResetSession();

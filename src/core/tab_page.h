@@ -169,6 +169,12 @@ public:
     // Shutdown: before the settings are written (a changed picture, the list folder).
     virtual void shutDown() {}
     virtual void addLoaders(FileLoaders &loaders) { (void)loaders; }
+    // A page that shows web pages shows this address; false when the page shows none.
+    virtual bool showAddress(const QString &url)
+    {
+        (void)url;
+        return false;
+    }
     // The page's list of files seen (the View menu's history), or null.
     virtual QListWidget *history() { return nullptr; }
     // Text form of a variable of this page for the scenario runner; false if unknown. The

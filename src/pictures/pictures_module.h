@@ -48,7 +48,7 @@ public:
     void LoadFolderPictures() override;
     QWidget *pictureWidget() const override;
     // Picture saving (picture_files.cpp); false when not saved.
-    bool SaveFileAs(const QString &path);
+    bool SaveFileAs(const QString &path) override;
 
     void LoadImage(const QString &path);
     void ResetPicture();

@@ -2,6 +2,7 @@
 // ID_IntURLEnter with its visited list, and the browser commands of ToolInternet.
 #pragma once
 
+#include "core/globals.h"
 #include "core/tab_page.h"
 
 #include <QPointer>
@@ -32,6 +33,12 @@ public:
 
     // From the dispatcher and the open-on-Internet command: "Http://" + Url.
     void LoadInternetPage(const QString &url);
+    bool showAddress(const QString &url) override
+    {
+        ensureBuilt();
+        LoadInternetPage(url);
+        return true;
+    }
     // Navigates the browser to an address as typed (no scheme: the web's).
     void navigate(const QString &address);
     void AddVisited(const QString &url);
@@ -46,7 +53,9 @@ public:
 
     // Shared state of the Internet side.
     QString WebPageName;  // location name of the page on show
-    QString CurrentUrl, CurrentUrlName, PageUrl, PageTitle, FavoriteMode, StatusText;
+    // The page asked for and its name are the program's shared ones.
+    QString &CurrentUrl = G.CurrentUrl, &CurrentUrlName = G.CurrentUrlName;
+    QString PageUrl, PageTitle, FavoriteMode, StatusText;
     bool LoadingDone = false;
     bool FavoritesOpen = false;
     bool InternetFirstEntry = true;

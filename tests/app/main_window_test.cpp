@@ -51,8 +51,7 @@ private slots:
     void handledToolsExistAndTheRestIsGrey()
     {
         QVERIFY2(w->unknownHandledTools().isEmpty(), qPrintable(w->unknownHandledTools().join(u' ')));
-        const QStringList unbuilt = {"ID_mnuOpenFilelnterent",
-                                     "ID_mnuSelectFiles",
+        const QStringList unbuilt = {"ID_mnuSelectFiles",
                                      "ID_mnuSelectFavoriteList",
                                      "ID_mnuCreateFavoriteList",
                                      "ID_mnuPrintFiles",
