@@ -69,8 +69,10 @@ Tarnwick1::Tarnwick1(const QString &rawCommandLine, QWidget *parent) : QMainWind
     setWindowTitle(AppTitle);
     setPromptParent(this);
     setHourglassWindow(this);
-    useIconThemeWithFileIcons();
     buildControls();
+    // The file icons' theme is named after the menus and toolbars are made: they take the
+    // style's own pictures, and a named theme would be searched for each of them first.
+    useIconThemeWithFileIcons();
     linkPages();
     makePages();
     registerRoutines();

@@ -65,7 +65,7 @@ InternetPage::~InternetPage() = default;
 
 void InternetPage::startUp()
 {
-    makeAddressBox();
+    // The address box is made with the page, on the tab's first entry or first need.
     if (QAction *a = host_.tools().action(tool::IntVisited)) a->setCheckable(true);
     // The window is up: from now on the browser's notifications count.
     LoadingDone = true;
@@ -225,6 +225,7 @@ bool InternetPage::variableText(const QString &name, QString *out) const
 
 void InternetPage::build(QWidget *panel)
 {
+    makeAddressBox();
     setHelpTopic(panel, QStringLiteral("internet"));
     auto *p7 = new QVBoxLayout(panel);
     WebBrowser2 = new WebView(panel);
