@@ -1,5 +1,6 @@
 #include "media/media_pages.h"
 
+#include "core/internal_drag.h"
 #include "core/catalogue.h"
 #include "core/context_help.h"
 #include "core/globals.h"
@@ -1077,19 +1078,17 @@ bool PlayListPage::eventFilter(QObject *o, QEvent *e)
             if (e->type() == QEvent::MouseButtonPress) pressRow_[i] = Lists[i]->currentRow();
             if (e->type() == QEvent::DragEnter || e->type() == QEvent::DragMove) {
                 auto *de = static_cast<QDropEvent *>(e);
-                if (de->mimeData()->hasFormat(QStringLiteral("application/x-tarnwick-tag"))) {
+                if (canReadDrop(de->mimeData())) {
                     de->acceptProposedAction();
                     return true;
                 }
             }
             if (e->type() == QEvent::Drop) {
                 auto *de = static_cast<QDropEvent *>(e);
-                const QMimeData *md = de->mimeData();
-                if (md->hasFormat(QStringLiteral("application/x-tarnwick-tag"))) {
-                    const QString tag =
-                        QString::fromUtf8(md->data(QStringLiteral("application/x-tarnwick-tag")));
-                    QStringList rows;
-                    for (const QUrl &u : md->urls()) rows << u.toLocalFile();
+                if (canReadDrop(de->mimeData())) {
+                    const ListDrop d = readDrop(de->mimeData());
+                    const QString &tag = d.tag;
+                    const QStringList &rows = d.files;
                     DropOnList(tag, rows.value(0), rows);
                     de->acceptProposedAction();
                     return true;

@@ -3,6 +3,7 @@
 // keeps the date and time itself. The lists are the show: List7(0) the pictures, List7(1)
 // the music, in show order.
 #include "browse/shell_list.h"
+#include "core/internal_drag.h"
 #include "core/catalogue.h"
 #include "core/context_help.h"
 #include "core/globals.h"
@@ -83,18 +84,14 @@ public:
 protected:
     void dragEnterEvent(QDragEnterEvent *e) override
     {
-        if (e->mimeData()->hasFormat(QStringLiteral("application/x-tarnwick-drag-source")))
-            e->acceptProposedAction();
+        if (canReadDrop(e->mimeData())) e->acceptProposedAction();
     }
     void dragMoveEvent(QDragMoveEvent *e) override { e->acceptProposedAction(); }
     void dropEvent(QDropEvent *e) override
     {
-        const QMimeData *m = e->mimeData();
-        const QString tag = QString::fromUtf8(m->data(QStringLiteral("application/x-tarnwick-drag-source")));
-        QStringList files;
-        for (const QByteArray &line :
-             m->data(QStringLiteral("application/x-tarnwick-drag-files")).split('\n'))
-            if (!line.isEmpty()) files << pathFromBytes(line);
+        const ListDrop d = readDrop(e->mimeData());
+        const QString &tag = d.tag;
+        const QStringList &files = d.files;
         if (onDrop) onDrop(tag, files);
         e->acceptProposedAction();
     }

@@ -52,18 +52,12 @@ private slots:
     {
         QVERIFY2(w->unknownHandledTools().isEmpty(), qPrintable(w->unknownHandledTools().join(u' ')));
         const QStringList unbuilt = {"ID_mnuOpenFilelnterent",
-                                     "ID_mnuSelectFiles",
-                                     "ID_mnuSelectFavoriteList",
-                                     "ID_mnuCreateFavoriteList",
                                      "ID_mnuPrintFiles",
                                      "ID_mnuSetUpPrinter",
-                                     "ID_mnuCreateandChangeFavoriteLists",
-                                     "ID_Select",
                                      "ID_Print",
                                      "ID_EditImage",
                                      "ID_EditColors",
                                      "ID_PrintImage",
-                                     "ID_PicFavorites",
                                      "ID_TxtPrint",
                                      "ID_TxtSave",
                                      "ID_IntBack",
