@@ -106,6 +106,8 @@ void FavoriteCommands::showBrowser()
             ex->setListFolder(folder);
         }
     };
+    // The builder's flag lasts as long as the browser it opened.
+    connect(browser_, &QObject::destroyed, this, [] { G.FavBrowserFromSlideShow = false; });
     applyColors();
     browser_->show();
 }

@@ -23,8 +23,7 @@
 
 namespace tw {
 
-namespace {
-}
+namespace {}
 
 Select1::Select1(QWidget *parent) : QWidget(parent, Qt::Window)
 {
@@ -195,7 +194,7 @@ void Select1::dropInternal(const QString &tag, const QStringList &files)
 
 bool Select1::eventFilter(QObject *o, QEvent *e)
 {
-    if (o != List1->viewport() && o != Frame1) return false;
+    if (!List1 || (o != List1->viewport() && o != Frame1)) return false;
     if (e->type() == QEvent::DragEnter || e->type() == QEvent::DragMove) {
         auto *de = static_cast<QDropEvent *>(e);
         if (canReadDrop(de->mimeData())) {

@@ -413,8 +413,12 @@ void SlidePage::build(QWidget *panel)
     QObject::connect(DownBtn, &QPushButton::clicked, [this] { moveRow(+1); });
     QObject::connect(all, &QPushButton::clicked, [this] { allBtn(); });
     QObject::connect(clear, &QPushButton::clicked, [this] { List7[0]->clear(); });
-    // The favorite list browser is not built yet: the button stays grey until it is.
-    fav->setEnabled(false);
+    // The favorite list browser, opened for the builder: its OK points PTxShList2 at a folder
+    // and a double click on a list name adds the list to the show.
+    QObject::connect(fav, &QPushButton::clicked, [this] {
+        G.FavBrowserFromSlideShow = true;
+        host_.OnToolClick(tool::mnuSelectFavoriteList);
+    });
     for (int i = 0; i < 2; ++i) {
         QObject::connect(List7[i], &QListWidget::itemClicked, [this, i](QListWidgetItem *it) {
             BuilderList = i;
