@@ -153,6 +153,7 @@ SetFavList1::SetFavList1(QWidget *parent, const QString &folder) : QDialog(paren
                            QStringLiteral("Click OK to Save all the Selected Favorite List"));
     auto *cancel = makeButton(this, "CancelBtn", QStringLiteral("Cancel"),
                               QStringLiteral("Click Cancel to Close the Create Favorites Window"));
+    okb->setDefault(true);  // Enter in the form counts as OK
     auto *help = makeButton(this, "HelpBtn", QStringLiteral("Help"),
                             QStringLiteral("Help with the Favorite List Viewing Window Setup"));
 

@@ -84,7 +84,8 @@ public:
 protected:
     void dragEnterEvent(QDragEnterEvent *e) override
     {
-        if (canReadDrop(e->mimeData())) e->acceptProposedAction();
+        // The program's own drags only: files from another program are refused at the door.
+        if (e->mimeData()->hasFormat(QLatin1String(DragSourceMime))) e->acceptProposedAction();
     }
     void dragMoveEvent(QDragMoveEvent *e) override { e->acceptProposedAction(); }
     void dropEvent(QDropEvent *e) override

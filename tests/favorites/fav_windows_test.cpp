@@ -51,6 +51,7 @@ TEST_F(Editor, OpensWithTheFolderCreatedAndTheFirstListLoaded)
         SetFavList1 w(nullptr, pics);
         EXPECT_TRUE(QDir(fav::listFolder()).exists());
         EXPECT_EQ(w.List2->count(), 0);
+        EXPECT_EQ(w.windowTitle(), "Create List of Preset Favorites for Quick Location");
         EXPECT_EQ(w.CMBFILTER->count(), 36);
         EXPECT_EQ(w.CMBFILTER->itemText(19), "WorkPerfect Format (WPG)");
         EXPECT_EQ(w.CMBFILTER->itemText(30), "Miscellaneous 1 bit (MAC,IMG,MSP,ICA,CAL) ");
