@@ -1089,7 +1089,17 @@ bool PlayListPage::eventFilter(QObject *o, QEvent *e)
                     const ListDrop d = readDrop(de->mimeData());
                     const QString &tag = d.tag;
                     const QStringList &rows = d.files;
-                    DropOnList(tag, rows.value(0), rows);
+                    if (d.internal()) {
+                        DropOnList(tag, rows.value(0), rows);
+                    } else {
+                        // Files of another program come in as the file list's adds do: the
+                        // family's kinds only, and the list is changed.
+                        for (const QString &f : rows)
+                            if (familyAdmits(kind_.video, f)) {
+                                Lists[1]->addItem(f);
+                                dirty() = true;
+                            }
+                    }
                     de->acceptProposedAction();
                     return true;
                 }
