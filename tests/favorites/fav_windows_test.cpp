@@ -1,5 +1,7 @@
 // The editor's and the selection list's routines on their real widgets (no message boxes).
 #include "browse/shell_list.h"
+#include "browse/thumbnail_grid.h"
+#include "core/internal_drag.h"
 #include "core/globals.h"
 #include "favorites/fav_file.h"
 #include "favorites/select1.h"
@@ -9,7 +11,10 @@
 #include <QDir>
 #include <QFile>
 #include <QListWidget>
+#include <QMimeData>
+#include <memory>
 #include <QTemporaryDir>
+#include <QUrl>
 #include <gtest/gtest.h>
 
 using namespace tw;
@@ -211,4 +216,21 @@ TEST_F(Editor, SelectionListTakesTheProgramsDragsByTheirGates)
     s.addToSlideShow = [&](const QString &p) { added << p; };
     s.slideShowBtn();
     EXPECT_EQ(added, rows(s.List1));
+}
+
+TEST_F(Editor, TheThumbnailGridDragsTheFileSelectedLastIntoTheSelectionList)
+{
+    browse::ThumbnailGrid grid;
+    grid.addCell(0, QImage(8, 8, QImage::Format_RGB32), "a.png", pics + "/a.png");
+    grid.addCell(1, QImage(8, 8, QImage::Format_RGB32), "b.jpg", pics + "/b.jpg");
+    G.SelectedFile = pics + "/b.jpg";
+    std::unique_ptr<QMimeData> m(grid.thumbsDrag());
+    const ListDrop d = readDrop(m.get());
+    EXPECT_EQ(d.tag, "Thumbs");
+    EXPECT_EQ(d.files, QStringList({pics + "/b.jpg"}));
+    EXPECT_EQ(m->urls().size(), 1);
+    Select1 s(nullptr);
+    s.dropInternal(d.tag, d.files);
+    EXPECT_EQ(rows(s.List1), QStringList({pics + "/b.jpg"}));
+    G.SelectedFile.clear();
 }
