@@ -3,6 +3,7 @@
 #include "core/text_rules.h"
 
 #include <QList>
+#include <QListWidgetItem>
 #include <QMimeData>
 #include <QUrl>
 
@@ -22,6 +23,14 @@ QMimeData *makeListDrag(const QString &tag, const QStringList &files)
     m->setData(QLatin1String(DragFilesMime), lines);
     m->setUrls(urls);
     return m;
+}
+
+QMimeData *makeRowsDrag(const QString &tag, const QList<QListWidgetItem *> &items)
+{
+    QStringList files;
+    for (const QListWidgetItem *it : items)
+        if (it) files << it->text();
+    return makeListDrag(tag, files);
 }
 
 bool canReadDrop(const QMimeData *data)

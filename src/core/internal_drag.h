@@ -6,9 +6,11 @@
 #pragma once
 
 #include <QString>
+#include <QList>
 #include <QStringList>
 
 class QMimeData;
+class QListWidgetItem;
 
 namespace tw {
 
@@ -29,5 +31,9 @@ bool canReadDrop(const QMimeData *data);
 // What a drop carries: the program's own drag first, else the local files of a uri-list
 // (other URLs are passed over).
 ListDrop readDrop(const QMimeData *data);
+
+// The rows of a list widget as a drag of that tag: used by the lists whose rows leave as
+// files for a file manager ("SelectTag" rows, which no list of the program takes).
+QMimeData *makeRowsDrag(const QString &tag, const QList<QListWidgetItem *> &items);
 
 }  // namespace tw

@@ -23,7 +23,24 @@
 
 namespace tw {
 
-namespace {}
+namespace {
+// The selection list's rows leave as "SelectTag" drags: no list of the program takes them, a
+// file manager takes them as files.
+class SelectList : public QListWidget {
+public:
+    using QListWidget::QListWidget;
+
+protected:
+    QStringList mimeTypes() const override
+    {
+        return {QLatin1String(DragSourceMime), QLatin1String(DragFilesMime), QStringLiteral("text/uri-list")};
+    }
+    QMimeData *mimeData(const QList<QListWidgetItem *> &items) const override
+    {
+        return makeRowsDrag(QStringLiteral("SelectTag"), items);
+    }
+};
+}  // namespace
 
 Select1::Select1(QWidget *parent) : QWidget(parent, Qt::Window)
 {
@@ -39,7 +56,10 @@ Select1::Select1(QWidget *parent) : QWidget(parent, Qt::Window)
     auto *lay = new QGridLayout(Frame1);
     auto *label = new QLabel(QStringLiteral("Files Selected to View or Play"), Frame1);
     label->setObjectName(QStringLiteral("Label1"));
-    List1 = new QListWidget(Frame1);
+    List1 = new SelectList(Frame1);
+    List1->setDragEnabled(true);
+    List1->setDragDropMode(QAbstractItemView::DragDrop);
+    List1->setDefaultDropAction(Qt::CopyAction);
     List1->setObjectName(QStringLiteral("List1"));
     List1->setToolTip(QStringLiteral("Files you have selected to View or Play"));
     List1->setAcceptDrops(true);

@@ -83,7 +83,25 @@ void SetFavNew1::ok()
 
 // ---------------------------------------------------------------- the entries list
 
-FavEntryList::FavEntryList(QWidget *parent) : QListWidget(parent) { setAcceptDrops(true); }
+FavEntryList::FavEntryList(QWidget *parent) : QListWidget(parent)
+{
+    setAcceptDrops(true);
+    // The entries drag out as files, for a file manager; a drop back on the list itself is
+    // passed over.
+    setDragEnabled(true);
+    setDragDropMode(QAbstractItemView::DragDrop);
+    setDefaultDropAction(Qt::CopyAction);
+}
+
+QStringList FavEntryList::mimeTypes() const
+{
+    return {QLatin1String(DragSourceMime), QLatin1String(DragFilesMime), QStringLiteral("text/uri-list")};
+}
+
+QMimeData *FavEntryList::mimeData(const QList<QListWidgetItem *> &items) const
+{
+    return makeRowsDrag(QStringLiteral("FavEntries"), items);
+}
 
 void FavEntryList::dragEnterEvent(QDragEnterEvent *e)
 {
@@ -98,6 +116,10 @@ void FavEntryList::dragMoveEvent(QDragMoveEvent *e)
 void FavEntryList::dropEvent(QDropEvent *e)
 {
     // Files from another program, and the program's own drags alike: every path carried.
+    if (e->source() == this) {
+        e->ignore();
+        return;
+    }
     const ListDrop d = readDrop(e->mimeData());
     if (onFilesDropped && !d.files.isEmpty()) onFilesDropped(d.files);
     e->acceptProposedAction();

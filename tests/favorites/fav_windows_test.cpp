@@ -234,3 +234,21 @@ TEST_F(Editor, TheThumbnailGridDragsTheFileSelectedLastIntoTheSelectionList)
     EXPECT_EQ(rows(s.List1), QStringList({pics + "/b.jpg"}));
     G.SelectedFile.clear();
 }
+
+TEST_F(Editor, RowsDragOutAsFilesAndNoListOfTheProgramTakesTheSelectionListsRows)
+{
+    Select1 s(nullptr);
+    s.List1->addItems({pics + "/a.png", pics + "/b.jpg"});
+    s.List1->selectAll();
+    std::unique_ptr<QMimeData> m(
+        s.List1->model()->mimeData({s.List1->model()->index(0, 0), s.List1->model()->index(1, 0)}));
+    ASSERT_TRUE(m);
+    ASSERT_EQ(m->urls().size(), 2);
+    EXPECT_EQ(m->urls()[1].toLocalFile(), pics + "/b.jpg");
+    const ListDrop d = readDrop(m.get());
+    EXPECT_EQ(d.tag, "SelectTag");
+    G.SelFavorites1Loaded = true;
+    s.dropInternal(d.tag, d.files);
+    G.SelFavorites1Loaded = false;
+    EXPECT_EQ(s.List1->count(), 2);
+}
