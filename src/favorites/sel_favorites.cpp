@@ -198,7 +198,8 @@ bool SelFavorites1::eventFilter(QObject *o, QEvent *e)
                 FavDragArmed[k] = false;
                 auto *drag = new QDrag(l);
                 drag->setMimeData(dragData(l));
-                drag->exec(Qt::CopyAction);
+                const Qt::DropAction done = drag->exec(Qt::CopyAction);
+                if (l == List1 && done != Qt::IgnoreAction) refresh(2);
             }
             break;
         case QEvent::MouseButtonRelease:
