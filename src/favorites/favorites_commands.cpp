@@ -122,6 +122,7 @@ Select1 *FavoriteCommands::selection()
     };
     select_->openFavorites = [this] { showBrowser(); };
     select_->clearHistory = [this] {
+        host_.tools().removeDynamicTools(QStringLiteral("MenuViewList"));
         for (int tab : {2, 6})
             if (TabPage *p = host_.page(tab))
                 if (QListWidget *h = p->history()) h->clear();

@@ -46,6 +46,22 @@ private slots:
         w = nullptr;
     }
 
+    // The View menu's files of the session go at once, from the menu and from the table.
+    void viewMenuFilesAreRemovedTogether()
+    {
+        ToolManager &t = w->tools();
+        w->AddViewMenuItem(QStringLiteral("/p/a.jpg"));
+        w->AddViewMenuItem(QStringLiteral("/p/b.jpg"));
+        QCOMPARE(t.toolsOfCategory(QStringLiteral("MenuViewList")), (QStringList{"/p/a.jpg", "/p/b.jpg"}));
+        t.removeDynamicTools(QStringLiteral("MenuViewList"));
+        QVERIFY(t.toolsOfCategory(QStringLiteral("MenuViewList")).isEmpty());
+        QVERIFY(!t.action(QStringLiteral("/p/a.jpg")));
+        for (QAction *a : t.menu(QStringLiteral("ID_mnuView"))->actions())
+            QVERIFY(a->objectName() != QLatin1String("/p/b.jpg"));
+        w->AddViewMenuItem(QStringLiteral("/p/a.jpg"));
+        QCOMPARE(t.toolsOfCategory(QStringLiteral("MenuViewList")), (QStringList{"/p/a.jpg"}));
+    }
+
     // Every tool the window or a page answers is a tool of the table, and a command tool
     // that nobody answers is grey: exactly the tools of the features not built yet.
     void handledToolsExistAndTheRestIsGrey()
