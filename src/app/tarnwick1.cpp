@@ -15,7 +15,6 @@
 #include "core/tool_table.h"
 #include "help_window.h"
 #include "resources_install.h"
-#include "select1.h"
 
 #include <QAction>
 #include <QApplication>
@@ -160,8 +159,6 @@ Tarnwick1::~Tarnwick1()
 {
     if (s_instance == this) s_instance = nullptr;
     setHourglassWindow(nullptr);
-    delete SelectWin;
-    SelectWin = nullptr;
     // The pages go before the controls they hold.
     for (auto &p : pages_)
         if (p) p.reset();
@@ -558,16 +555,8 @@ void Tarnwick1::DisplayFile(const QString &path)
         return;
     }
     setTitle(path + QStringLiteral(" - ") + AppTitle);
-    if (!SelectWin) SelectWin = new Select1(this);
-    bool found = false;
-    const QString key = path.trimmed().toUpper();
-    for (int i = 0; i < SelectWin->List1->count(); ++i) {
-        if (SelectWin->List1->item(i)->text().trimmed().toUpper() == key) {
-            found = true;
-            break;
-        }
-    }
-    if (!found && !path.trimmed().isEmpty()) SelectWin->List1->addItem(path);
+    // The selection list keeps every file shown in this session.
+    for (auto &c : commandSets_) c->fileDisplayed(path);
 
     if (IsMediaFile(path)) {
         LoadMediaFile(path);
@@ -944,7 +933,7 @@ void Tarnwick1::ApplyColors()
     for (int i = 1; i <= TabCount; ++i) paintWidget(TabPanel[i], c.ServiceBack, c.ServiceText);
     // Lists
     paintWidget(List7, c.ListBack, c.ListText);
-    if (SelectWin) paintWidget(SelectWin->List1, c.ListBack, c.ListText);
+    for (auto &cs : commandSets_) cs->applyColors();
     for (auto &p : pages_)
         if (p && p->built()) p->applyColors();
     paintControls(this);
@@ -995,10 +984,6 @@ void Tarnwick1::shutDown()
     const StoreResult r = SaveOptions(G.Options, G.ProgramDir);
     if (!r.ok) inform(r.message, AppTitle, this);
     // 6. Open dialogs go with the main window.
-    if (G.Select1Loaded && SelectWin) {
-        delete SelectWin;
-        SelectWin = nullptr;
-    }
     for (QWidget *w : QApplication::topLevelWidgets())
         if (w != this && w->parentWidget() == this && w->isVisible()) w->close();
     // 7. The help window.

@@ -25,7 +25,6 @@ namespace tw {
 
 class ToolManager;
 class HelpWindow;
-class Select1;
 
 class Tarnwick1 : public QMainWindow, public PageHost {
     Q_OBJECT
@@ -123,7 +122,6 @@ public:
     QListWidget *List7 = nullptr;
     QComboBox *CMBFILTER = nullptr;
     QTimer *Timer1 = nullptr;
-    Select1 *SelectWin = nullptr;
 
 protected:
     void closeEvent(QCloseEvent *e) override;

@@ -384,6 +384,12 @@ int ShellList::selectedItem(int n) const
     return rows[n].row();
 }
 
+void ShellList::deselectItem(int i)
+{
+    if (i < 0 || i >= model_->itemCount()) return;
+    selection_->select(model_->index(i, 0), QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
+}
+
 QString ShellList::focusedItemPath() const
 {
     const QModelIndex cur = selection_->currentIndex();

@@ -104,6 +104,8 @@ public:
     int selectedCount() const;
     int selectedItem(int n) const;
     QString focusedItemPath() const;
+    // Takes the item of that index out of the selection.
+    void deselectItem(int i);
     // Selects the item of that name (or path) as a user's click does; false when absent.
     bool clickItem(const QString &nameOrPath);
     bool doubleClickItem(const QString &nameOrPath);

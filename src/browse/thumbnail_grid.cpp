@@ -1,6 +1,11 @@
 #include "browse/thumbnail_grid.h"
 
+#include "core/globals.h"
+#include "core/internal_drag.h"
+
 #include <QBrush>
+#include <QDrag>
+#include <QMimeData>
 
 namespace tw::browse {
 
@@ -66,6 +71,8 @@ ThumbnailGrid::ThumbnailGrid(QWidget *parent) : QListView(parent), model_(new Th
     setModel(model_);
     setViewMode(QListView::IconMode);
     setMovement(QListView::Static);
+    setDragEnabled(true);
+    setDragDropMode(QAbstractItemView::DragOnly);
     setResizeMode(QListView::Adjust);
     setFlow(QListView::LeftToRight);
     setWrapping(true);
@@ -131,6 +138,22 @@ void ThumbnailGrid::setColors(const QColor &windowBack, const QColor &windowText
     setPalette(p);
     viewport()->setAutoFillBackground(true);
     model_->setCellColors(cellBack, cellText);
+}
+
+QMimeData *ThumbnailGrid::thumbsDrag() const
+{
+    QString file = G.SelectedFile;
+    if (file.isEmpty() && currentIndex().isValid()) file = fileName(currentIndex().row());
+    return makeListDrag(QStringLiteral("Thumbs"), file.isEmpty() ? QStringList() : QStringList{file});
+}
+
+void ThumbnailGrid::startDrag(Qt::DropActions actions)
+{
+    (void)actions;
+    auto *drag = new QDrag(this);
+    drag->setMimeData(thumbsDrag());
+    // A drop taken clears the selection value, as the selection list does on its drop.
+    if (drag->exec(Qt::CopyAction) != Qt::IgnoreAction) selectionValue = 0;
 }
 
 }  // namespace tw::browse

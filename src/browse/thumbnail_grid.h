@@ -56,9 +56,16 @@ public:
     void setColors(const QColor &windowBack, const QColor &windowText, const QColor &cellBack,
                    const QColor &cellText);
 
+    // The drag a press and move on a cell starts: the tag "Thumbs" and the file selected
+    // last (SelectedFile), or the cell pressed when none is.
+    QMimeData *thumbsDrag() const;
+
 signals:
     void cellClicked(int index);
     void cellDoubleClicked(int index);
+
+protected:
+    void startDrag(Qt::DropActions actions) override;
 
 private:
     ThumbnailModel *model_;

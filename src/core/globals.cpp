@@ -62,6 +62,8 @@ bool globalVariableText(const QString &name, QString *out)
         {"PrntPict1Loaded", [&] { return b(g.PrntPict1Loaded); }},
         {"SetFavList1Loaded", [&] { return b(g.SetFavList1Loaded); }},
         {"SelFavorites1Loaded", [&] { return b(g.SelFavorites1Loaded); }},
+        {"FavBrowserFromSlideShow", [&] { return b(g.FavBrowserFromSlideShow); }},
+        {"FavBrowserFromSelection", [&] { return b(g.FavBrowserFromSelection); }},
         {"IntFavorites1Loaded", [&] { return b(g.IntFavorites1Loaded); }},
         {"EdtImage1Loaded", [&] { return b(g.EdtImage1Loaded); }},
         {"EdtColors1Loaded", [&] { return b(g.EdtColors1Loaded); }},

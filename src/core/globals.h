@@ -79,6 +79,8 @@ struct Globals {
          ProPert1Loaded = false, PrntPict1Loaded = false, SetFavList1Loaded = false,
          SelFavorites1Loaded = false, IntFavorites1Loaded = false, EdtImage1Loaded = false,
          EdtColors1Loaded = false, About1Loaded = false;
+    // Who opened the favorite list browser: the slide-show builder, the selection list.
+    bool FavBrowserFromSlideShow = false, FavBrowserFromSelection = false;
 
     // Play-list state read by the tab change.
     bool VideoListChanged = false, MusicListChanged = false;

@@ -213,6 +213,10 @@ public:
     virtual void activated() {}
     // Shutdown: what is open goes before the settings are written.
     virtual void shutDown() {}
+    // The window's DisplayFile has taken a file of a known type (the session's list of files).
+    virtual void fileDisplayed(const QString &path) { (void)path; }
+    // The colours changed: the set paints the windows it keeps.
+    virtual void applyColors() {}
     virtual bool variableText(const QString &name, QString *out) const
     {
         (void)name;

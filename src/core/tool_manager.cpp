@@ -310,6 +310,21 @@ Tool *ToolManager::addDynamicTool(const QString &id, const QString &category, co
     return t;
 }
 
+void ToolManager::removeDynamicTools(const QString &category)
+{
+    const QStringList ids = toolsOfCategory(category);
+    QActionGroup *g = groups_.value(category);
+    // From the last one back.
+    for (auto it = ids.rbegin(); it != ids.rend(); ++it) {
+        Tool *t = tools_.take(*it);
+        if (!t) continue;
+        order_.removeAll(*it);
+        if (g) g->removeAction(t->action);
+        delete t->action;
+        delete t;
+    }
+}
+
 QStringList ToolManager::toolsOfCategory(const QString &category) const
 {
     QStringList r;

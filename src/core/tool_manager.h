@@ -67,6 +67,9 @@ public:
     Tool *addDynamicTool(const QString &id, const QString &category, const QString &menuId,
                          const QString &image);
     QStringList toolsOfCategory(const QString &category) const;
+    // Takes every dynamic tool of the category out of its menu and the table (the View menu's
+    // files of the session, on the selection list's Clear).
+    void removeDynamicTools(const QString &category);
     QMenu *menu(const QString &id) const;
     // Pops up the list of a drop-down tool below it.
     void dropDown(const QString &id);

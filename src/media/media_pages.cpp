@@ -1,5 +1,6 @@
 #include "media/media_pages.h"
 
+#include "core/internal_drag.h"
 #include "core/catalogue.h"
 #include "core/context_help.h"
 #include "core/globals.h"
@@ -1077,20 +1078,28 @@ bool PlayListPage::eventFilter(QObject *o, QEvent *e)
             if (e->type() == QEvent::MouseButtonPress) pressRow_[i] = Lists[i]->currentRow();
             if (e->type() == QEvent::DragEnter || e->type() == QEvent::DragMove) {
                 auto *de = static_cast<QDropEvent *>(e);
-                if (de->mimeData()->hasFormat(QStringLiteral("application/x-tarnwick-tag"))) {
+                if (canReadDrop(de->mimeData())) {
                     de->acceptProposedAction();
                     return true;
                 }
             }
             if (e->type() == QEvent::Drop) {
                 auto *de = static_cast<QDropEvent *>(e);
-                const QMimeData *md = de->mimeData();
-                if (md->hasFormat(QStringLiteral("application/x-tarnwick-tag"))) {
-                    const QString tag =
-                        QString::fromUtf8(md->data(QStringLiteral("application/x-tarnwick-tag")));
-                    QStringList rows;
-                    for (const QUrl &u : md->urls()) rows << u.toLocalFile();
-                    DropOnList(tag, rows.value(0), rows);
+                if (canReadDrop(de->mimeData())) {
+                    const ListDrop d = readDrop(de->mimeData());
+                    const QString &tag = d.tag;
+                    const QStringList &rows = d.files;
+                    if (d.internal()) {
+                        DropOnList(tag, rows.value(0), rows);
+                    } else {
+                        // Files of another program come in as the file list's adds do: the
+                        // family's kinds only, and the list is changed.
+                        for (const QString &f : rows)
+                            if (familyAdmits(kind_.video, f)) {
+                                Lists[1]->addItem(f);
+                                dirty() = true;
+                            }
+                    }
                     de->acceptProposedAction();
                     return true;
                 }

@@ -3,6 +3,7 @@
 // keeps the date and time itself. The lists are the show: List7(0) the pictures, List7(1)
 // the music, in show order.
 #include "browse/shell_list.h"
+#include "core/internal_drag.h"
 #include "core/catalogue.h"
 #include "core/context_help.h"
 #include "core/globals.h"
@@ -83,18 +84,15 @@ public:
 protected:
     void dragEnterEvent(QDragEnterEvent *e) override
     {
-        if (e->mimeData()->hasFormat(QStringLiteral("application/x-tarnwick-drag-source")))
-            e->acceptProposedAction();
+        // The program's own drags only: files from another program are refused at the door.
+        if (e->mimeData()->hasFormat(QLatin1String(DragSourceMime))) e->acceptProposedAction();
     }
     void dragMoveEvent(QDragMoveEvent *e) override { e->acceptProposedAction(); }
     void dropEvent(QDropEvent *e) override
     {
-        const QMimeData *m = e->mimeData();
-        const QString tag = QString::fromUtf8(m->data(QStringLiteral("application/x-tarnwick-drag-source")));
-        QStringList files;
-        for (const QByteArray &line :
-             m->data(QStringLiteral("application/x-tarnwick-drag-files")).split('\n'))
-            if (!line.isEmpty()) files << pathFromBytes(line);
+        const ListDrop d = readDrop(e->mimeData());
+        const QString &tag = d.tag;
+        const QStringList &files = d.files;
         if (onDrop) onDrop(tag, files);
         e->acceptProposedAction();
     }
@@ -416,8 +414,12 @@ void SlidePage::build(QWidget *panel)
     QObject::connect(DownBtn, &QPushButton::clicked, [this] { moveRow(+1); });
     QObject::connect(all, &QPushButton::clicked, [this] { allBtn(); });
     QObject::connect(clear, &QPushButton::clicked, [this] { List7[0]->clear(); });
-    // The favorite list browser is not built yet: the button stays grey until it is.
-    fav->setEnabled(false);
+    // The favorite list browser, opened for the builder: its OK points PTxShList2 at a folder
+    // and a double click on a list name adds the list to the show.
+    QObject::connect(fav, &QPushButton::clicked, [this] {
+        G.FavBrowserFromSlideShow = true;
+        host_.OnToolClick(tool::mnuSelectFavoriteList);
+    });
     for (int i = 0; i < 2; ++i) {
         QObject::connect(List7[i], &QListWidget::itemClicked, [this, i](QListWidgetItem *it) {
             BuilderList = i;

@@ -46,23 +46,33 @@ private slots:
         w = nullptr;
     }
 
+    // The View menu's files of the session go at once, from the menu and from the table.
+    void viewMenuFilesAreRemovedTogether()
+    {
+        ToolManager &t = w->tools();
+        w->AddViewMenuItem(QStringLiteral("/p/a.jpg"));
+        w->AddViewMenuItem(QStringLiteral("/p/b.jpg"));
+        QCOMPARE(t.toolsOfCategory(QStringLiteral("MenuViewList")), (QStringList{"/p/a.jpg", "/p/b.jpg"}));
+        t.removeDynamicTools(QStringLiteral("MenuViewList"));
+        QVERIFY(t.toolsOfCategory(QStringLiteral("MenuViewList")).isEmpty());
+        QVERIFY(!t.action(QStringLiteral("/p/a.jpg")));
+        for (QAction *a : t.menu(QStringLiteral("ID_mnuView"))->actions())
+            QVERIFY(a->objectName() != QLatin1String("/p/b.jpg"));
+        w->AddViewMenuItem(QStringLiteral("/p/a.jpg"));
+        QCOMPARE(t.toolsOfCategory(QStringLiteral("MenuViewList")), (QStringList{"/p/a.jpg"}));
+    }
+
     // Every tool the window or a page answers is a tool of the table, and a command tool
     // that nobody answers is grey: exactly the tools of the features not built yet.
     void handledToolsExistAndTheRestIsGrey()
     {
         QVERIFY2(w->unknownHandledTools().isEmpty(), qPrintable(w->unknownHandledTools().join(u' ')));
-        const QStringList unbuilt = {"ID_mnuSelectFiles",
-                                     "ID_mnuSelectFavoriteList",
-                                     "ID_mnuCreateFavoriteList",
-                                     "ID_mnuPrintFiles",
+        const QStringList unbuilt = {"ID_mnuPrintFiles",
                                      "ID_mnuSetUpPrinter",
-                                     "ID_mnuCreateandChangeFavoriteLists",
-                                     "ID_Select",
                                      "ID_Print",
                                      "ID_EditImage",
                                      "ID_EditColors",
-                                     "ID_PrintImage",
-                                     "ID_PicFavorites"};
+                                     "ID_PrintImage"};
         QStringList grey = w->ToolBarComp1->unbuiltIds();
         grey.sort();
         QStringList expected = unbuilt;
