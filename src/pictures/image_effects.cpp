@@ -179,6 +179,12 @@ QImage rotate(const QImage &src, int hundredths, QRgb back)
         return out;
     }
     QPainter p(&out);
+    if (hundredths % 9000 == 0) {
+        // Quarter turns move whole pixels: turned exactly, then centred on the background.
+        const QImage turned = src.transformed(QTransform().rotate(hundredths / 100));
+        p.drawImage((out.width() - turned.width()) / 2, (out.height() - turned.height()) / 2, turned);
+        return out;
+    }
     p.setRenderHint(QPainter::SmoothPixmapTransform, true);
     p.translate(src.width() / 2.0, src.height() / 2.0);
     p.rotate(hundredths / 100.0);

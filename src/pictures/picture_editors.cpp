@@ -168,11 +168,9 @@ PictureEditor::PictureEditor(const QString &name, const QString &caption, const 
     });
     connect(Image1, &QObject::objectNameChanged, this, [] {});
 
-    const QString owner = name;
-    registerScenarioVariables(owner, [this, owner](const QString &n, QString *out) {
-        const QString prefix = owner + u'.';
-        if (!n.startsWith(prefix)) return false;
-        const QString v = n.mid(prefix.size());
+    const QString owner = name;  // the runner asks for "EdtColors1.EditChanged" as "EditChanged"
+    registerScenarioVariables(owner, [this](const QString &n, QString *out) {
+        const QString &v = n;
         if (v == QLatin1String("EditChanged")) *out = boolText(EditChanged);
         else if (v == QLatin1String("EditFile")) *out = EditFile;
         else if (v == QLatin1String("CurrentIsOriginal")) *out = boolText(current_ == originalPreview_);
@@ -470,13 +468,13 @@ ColourEditor::ColourEditor(EditorLink link, QWidget *parent)
     connect(ResolutionBtn, &QPushButton::clicked, this, [this] { ResolutionBtn_Click(); });
 
     registerScenarioVariables(QStringLiteral("EdtColors1.flags"), [this](const QString &n, QString *out) {
-        if (n == QLatin1String("EdtColors1.ContrastSet")) *out = boolText(ContrastSet);
-        else if (n == QLatin1String("EdtColors1.BrightnessSet")) *out = boolText(BrightnessSet);
-        else if (n == QLatin1String("EdtColors1.HistContrastSet")) *out = boolText(HistContrastSet);
-        else if (n == QLatin1String("EdtColors1.HueSet")) *out = boolText(HueSet);
-        else if (n == QLatin1String("EdtColors1.SaturationSet")) *out = boolText(SaturationSet);
-        else if (n == QLatin1String("EdtColors1.GammaSet")) *out = boolText(GammaSet);
-        else if (n == QLatin1String("EdtColors1.FilterCode")) *out = QString::number(FilterCode);
+        if (n == QLatin1String("ContrastSet")) *out = boolText(ContrastSet);
+        else if (n == QLatin1String("BrightnessSet")) *out = boolText(BrightnessSet);
+        else if (n == QLatin1String("HistContrastSet")) *out = boolText(HistContrastSet);
+        else if (n == QLatin1String("HueSet")) *out = boolText(HueSet);
+        else if (n == QLatin1String("SaturationSet")) *out = boolText(SaturationSet);
+        else if (n == QLatin1String("GammaSet")) *out = boolText(GammaSet);
+        else if (n == QLatin1String("FilterCode")) *out = QString::number(FilterCode);
         else return false;
         return true;
     });
@@ -699,11 +697,11 @@ EffectsEditor::EffectsEditor(EditorLink link, QWidget *parent)
     EmbossDirection = 0;
     paintText1();
     registerScenarioVariables(QStringLiteral("EdtImage1.fields"), [this](const QString &n, QString *out) {
-        if (n == QLatin1String("EdtImage1.RotatePosition")) *out = QString::number(RotatePosition);
-        else if (n == QLatin1String("EdtImage1.RotateDegrees")) *out = QString::number(RotateDegrees);
-        else if (n == QLatin1String("EdtImage1.EmbossDirection")) *out = QString::number(EmbossDirection);
-        else if (n == QLatin1String("EdtImage1.LastMosaic")) *out = QString::number(LastMosaic);
-        else if (n == QLatin1String("EdtImage1.RotateBackColor")) *out = QColor(RotateBackColor).name();
+        if (n == QLatin1String("RotatePosition")) *out = QString::number(RotatePosition);
+        else if (n == QLatin1String("RotateDegrees")) *out = QString::number(RotateDegrees);
+        else if (n == QLatin1String("EmbossDirection")) *out = QString::number(EmbossDirection);
+        else if (n == QLatin1String("LastMosaic")) *out = QString::number(LastMosaic);
+        else if (n == QLatin1String("RotateBackColor")) *out = QColor(RotateBackColor).name();
         else return false;
         return true;
     });

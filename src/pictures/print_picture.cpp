@@ -190,16 +190,16 @@ PrintPicture::PrintPicture(const QString &file, QWidget *parent)
     PlaceLabel();
 
     registerScenarioVariables(QStringLiteral("PrntPict1"), [this](const QString &n, QString *out) {
-        if (n == QLatin1String("PrntPict1.PreviewBusy")) *out = boolText(PreviewBusy);
-        else if (n == QLatin1String("PrntPict1.TitlePosition")) *out = TitlePosition;
-        else if (n == QLatin1String("PrntPict1.ImageRect"))
+        if (n == QLatin1String("PreviewBusy")) *out = boolText(PreviewBusy);
+        else if (n == QLatin1String("TitlePosition")) *out = TitlePosition;
+        else if (n == QLatin1String("ImageRect"))
             *out = QStringLiteral("%1 %2 %3 %4")
                        .arg(imageLeft())
                        .arg(imageTop())
                        .arg(imageWidth())
                        .arg(imageHeight());
-        else if (n == QLatin1String("PrntPict1.LabelTop")) *out = QString::number(Label1_0->y() * kTwips);
-        else if (n == QLatin1String("PrntPict1.TitleColor")) *out = TitleColor.name();
+        else if (n == QLatin1String("LabelTop")) *out = QString::number(Label1_0->y() * kTwips);
+        else if (n == QLatin1String("TitleColor")) *out = TitleColor.name();
         else return false;
         return true;
     });
