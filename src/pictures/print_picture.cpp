@@ -9,6 +9,8 @@
 #include "pictures/picture_decoder.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
+#include <QKeyEvent>
 #include <QColorDialog>
 #include <QDateTime>
 #include <QFontDialog>
@@ -169,6 +171,11 @@ PrintPicture::PrintPicture(const QString &file, QWidget *parent)
     connect(OKBtn, &QPushButton::clicked, this, [this] { OKBtn_Click(); });
     connect(PreviewBtn, &QPushButton::clicked, this, [this] { PreviewBtn_Click(); });
     connect(CancelBtn, &QPushButton::clicked, this, [this] { close(); });
+    connect(HelpBtn, &QPushButton::clicked, this, [this] {
+        // As the F1 key: the window's help topic.
+        QCoreApplication::postEvent(this, new QKeyEvent(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier));
+        QCoreApplication::postEvent(this, new QKeyEvent(QEvent::KeyRelease, Qt::Key_F1, Qt::NoModifier));
+    });
     connect(TxtTitle, &QLineEdit::textChanged, this, [](const QString &) {});
 
     // Form load.
