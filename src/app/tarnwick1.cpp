@@ -7,6 +7,7 @@
 #include "core/looks.h"
 #include "core/errors.h"
 #include "core/options_store.h"
+#include "core/print_target.h"
 #include "core/prompt.h"
 #include "core/scenario_hooks.h"
 #include "core/text_rules.h"
@@ -153,6 +154,7 @@ void Tarnwick1::registerRoutines()
         return QString();
     });
     none(QStringLiteral("Activate"), [this] { activated(); });
+    registerPrintTargetRoutine();
 }
 
 Tarnwick1::~Tarnwick1()

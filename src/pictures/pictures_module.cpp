@@ -214,8 +214,6 @@ QStringList PicturesModule::handledTools() const
             tool::mnuContrast,
             tool::Resize,
             tool::mnuImageViewDropDown};
-    // The edit and print tools answer with the save question already, but stay grey until
-    // the editors and the print window are part of the build.
 }
 
 bool PicturesModule::pictureWithoutFile() const { return AcquiredPicture && Image1->bitsPerPixel() > 0; }
@@ -577,13 +575,6 @@ void PicturesModule::onEnterPicturesTab()
 
 bool PicturesModule::toolClick(const QString &id)
 {
-    if (id == tool::EditImage || id == tool::EditColors || id == tool::PrintImage) {
-        // The save prompt comes first, then the file under edit is the picture list's row;
-        // the editors and the print window open from here when they are part of the build.
-        offerToSavePicture();
-        if (List3 && List3->currentItem()) G.EditedFile = List3->currentItem()->text();
-        return true;
-    }
     if (!built()) return false;
     if (id == kViewNormal || id == kViewStretch || id == kViewFit || id == kViewSnap || id == kViewZoom
         || id == kViewMagnify || id == kViewPan)

@@ -36,13 +36,7 @@
 
 namespace tw {
 
-DocumentsPage::DocumentsPage(PageHost &host) : TabPage(host, 6)
-{
-    registerScenarioRoutine(QStringLiteral("PrintToFile"), [](const QStringList &a) {
-        printOutputFile() = a.value(0);
-        return QString();
-    });
-}
+DocumentsPage::DocumentsPage(PageHost &host) : TabPage(host, 6) {}
 
 DocumentsPage::~DocumentsPage() = default;
 

@@ -113,12 +113,6 @@ void WebView::print(QPrinter *printer, std::function<void(bool)> done)
     engine_->print(printer, std::move(done));
 }
 
-QString &printOutputFile()
-{
-    static QString file;
-    return file;
-}
-
 bool preparePrinter(QPrinter &printer, bool askUser, QWidget *parent)
 {
     if (!printOutputFile().isEmpty()) {

@@ -3,6 +3,8 @@
 // plus the printer that the document and Internet commands print on.
 #pragma once
 
+#include "core/print_target.h"
+
 #include <QString>
 #include <QUrl>
 #include <QWidget>
@@ -71,9 +73,6 @@ private:
     QString docTitle_;
 };
 
-// The printer the commands print on. With no output file set, the system's default printer;
-// with one set (test runs, through the runner's PrintToFile), a PDF file at that path.
-QString &printOutputFile();
 // Prepares Printer: true when it may print. With AskUser the print dialog lets the user
 // choose, unless the output goes to a file.
 bool preparePrinter(QPrinter &printer, bool askUser, QWidget *parent);

@@ -67,17 +67,9 @@ private slots:
     void handledToolsExistAndTheRestIsGrey()
     {
         QVERIFY2(w->unknownHandledTools().isEmpty(), qPrintable(w->unknownHandledTools().join(u' ')));
-        const QStringList unbuilt = {"ID_mnuPrintFiles",
-                                     "ID_mnuSetUpPrinter",
-                                     "ID_Print",
-                                     "ID_EditImage",
-                                     "ID_EditColors",
-                                     "ID_PrintImage"};
-        QStringList grey = w->ToolBarComp1->unbuiltIds();
-        grey.sort();
-        QStringList expected = unbuilt;
-        expected.sort();
-        QCOMPARE(grey, expected);
+        // Every feature is built: no command tool is left grey.
+        const QStringList grey = w->ToolBarComp1->unbuiltIds();
+        QVERIFY2(grey.isEmpty(), qPrintable(grey.join(u' ')));
     }
 
     void settingAToolFromCodeRaisesTheClick()

@@ -13,6 +13,7 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QAbstractSlider>
 #include <QAbstractSpinBox>
 #include <QAction>
 #include <QApplication>
@@ -763,6 +764,22 @@ private:
             QTest::keyClicks(w, arg(2));
             return Outcome::done();
         }
+        if (cmd == QLatin1String("slide")) {
+            // A slider or scroll bar dragged to a value: its position moves with tracking on,
+            // so the value changes as under the mouse.
+            need(2);
+            QString err;
+            QWidget *w = control(arg(1), &err);
+            if (!w) return Outcome::retry(err);
+            auto *sl = qobject_cast<QAbstractSlider *>(w);
+            if (!sl) return Outcome::fail(arg(1) + QStringLiteral(" is no slider"));
+            if (!sl->isEnabled()) return Outcome::fail(arg(1) + QStringLiteral(" is disabled"));
+            sl->setFocus();
+            sl->setSliderDown(true);
+            sl->setSliderPosition(arg(2).toInt());
+            sl->setSliderDown(false);
+            return Outcome::done();
+        }
         if (cmd == QLatin1String("key")) {
             need(2);
             QString err;
@@ -1133,6 +1150,14 @@ private:
                                                         : w->toolTip();
             }
             return same(seen, arg(3), target);
+        }
+        if (what == QLatin1String("value")) {
+            QString err;
+            QWidget *w = control(target, &err);
+            if (!w) return Outcome::retry(err);
+            auto *sl = qobject_cast<QAbstractSlider *>(w);
+            if (!sl) return Outcome::fail(target + QStringLiteral(" is no slider"));
+            return same(QString::number(sl->value()), arg(3), target);
         }
         QString err;
         QWidget *w = control(target, &err);

@@ -36,3 +36,32 @@ constexpr int CodecTableVersion = 3;
 constexpr const char *CodecTableSymbol = "tw_codec_table";
 
 }  // namespace tw
+
+namespace tw {
+
+// The picture editors' pixel operations that ImageMagick does, exported by the codec module
+// under a symbol of their own (pictures/codecs/magick_effects.cpp).
+enum class MagickEffect {
+    Posterize,      // a: levels per channel
+    Median,         // a: window size
+    Sharpen,        // a: -1000..1000, below 0 blurs
+    Noise,          // a: 0..1000 strength, b: channel (0 all)
+    Emboss,         // a: 0..1000 strength, b: direction 0 north .. 7 north-west
+    HalfTone,       // a: screen angle in degrees
+    HistContrast,   // a: -1000..1000
+    Hue,            // a: -360..360 degrees
+    Saturation,     // a: -1000..1000
+    StretchIntensity,
+    EdgeFilter,     // a: filter code (22 to 28)
+    ColourResolution,  // a: bits per pixel, b: colours (0 for all that the bits hold)
+};
+
+struct EffectsTable {
+    int version;
+    QImage (*apply)(const QImage &src, int effect, double a, double b);
+};
+
+constexpr int EffectsTableVersion = 1;
+constexpr const char *EffectsTableSymbol = "tw_effects_table";
+
+}  // namespace tw
