@@ -44,6 +44,38 @@ bool readNumbers(DelimitedReader &r, ShowSettings *s)
 
 }  // namespace
 
+const char *ShowSettings::fieldName(int i)
+{
+    static const char *const names[FieldCount] = {"SlidePasses",
+                                                  "PaintEffect",
+                                                  "PaintGrain",
+                                                  "PaintDelay",
+                                                  "PaintWand",
+                                                  "TransitionEffect",
+                                                  "TransitionGrain",
+                                                  "TransitionDelay",
+                                                  "TransitionWand",
+                                                  "TransitionStyle",
+                                                  "SlideSeconds",
+                                                  "GradientStyle",
+                                                  "GradientFill",
+                                                  "EffectOption",
+                                                  "PaintTransparent",
+                                                  "MultipleEffects",
+                                                  "OmitFrame",
+                                                  "PaintColor",
+                                                  "PaintTransparentColor",
+                                                  "TransitionColor",
+                                                  "PatternColor1",
+                                                  "PatternColor2",
+                                                  "PatternColor3",
+                                                  "PatternColor4",
+                                                  "FrameColor",
+                                                  "FrameInnerColor",
+                                                  "FrameOuterColor"};
+    return i >= 0 && i < FieldCount ? names[i] : "";
+}
+
 int64_t ShowSettings::field(int i) const
 {
     switch (i) {

@@ -47,6 +47,8 @@ struct ShowSettings {
     static constexpr int FieldCount = Line1Count + Line2Count;
     // Field i (0-based, file order) as the number the file holds, and back.
     int64_t field(int i) const;
+    // The name of a field, as scenarios read it ("SlidePasses" ... "FrameOuterColor").
+    static const char *fieldName(int i);
     void setField(int i, double v);
 
     bool operator==(const ShowSettings &) const = default;

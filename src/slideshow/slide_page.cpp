@@ -488,35 +488,8 @@ bool SlidePage::builderVariable(const QString &n, QString *out) const
     } else if (n == QLatin1String("Image4Passes")) *out = QString::number(Image4 ? Image4->PassCount : 0);
     else if (n == QLatin1String("Image4Played")) *out = Image4 ? Image4->playLog().join(u' ') : QString();
     else {
-        static const char *const names[] = {"SlidePasses",
-                                            "PaintEffect",
-                                            "PaintGrain",
-                                            "PaintDelay",
-                                            "PaintWand",
-                                            "TransitionEffect",
-                                            "TransitionGrain",
-                                            "TransitionDelay",
-                                            "TransitionWand",
-                                            "TransitionStyle",
-                                            "SlideSeconds",
-                                            "GradientStyle",
-                                            "GradientFill",
-                                            "EffectOption",
-                                            "PaintTransparent",
-                                            "MultipleEffects",
-                                            "OmitFrame",
-                                            "PaintColor",
-                                            "PaintTransparentColor",
-                                            "TransitionColor",
-                                            "PatternColor1",
-                                            "PatternColor2",
-                                            "PatternColor3",
-                                            "PatternColor4",
-                                            "FrameColor",
-                                            "FrameInnerColor",
-                                            "FrameOuterColor"};
         for (int i = 0; i < slides::ShowSettings::FieldCount; ++i)
-            if (n == QLatin1String(names[i])) {
+            if (n == QLatin1String(slides::ShowSettings::fieldName(i))) {
                 const int64_t v = S.field(i);
                 *out = i >= 14 && i <= 16 ? b(v == 1) : QString::number(v);
                 return true;

@@ -522,36 +522,9 @@ void registerRunnerScenarioHooks()
         else if (name == QLatin1String("TestMusicLog")) *out = RecordingMusic::log().join(u'|');
         else if (name == QLatin1String("SlideClock")) *out = QString::number(SlideClock::now());
         else if (name.startsWith(QLatin1String("SLS"))) {
-            static const char *const names[] = {"SlidePasses",
-                                                "PaintEffect",
-                                                "PaintGrain",
-                                                "PaintDelay",
-                                                "PaintWand",
-                                                "TransitionEffect",
-                                                "TransitionGrain",
-                                                "TransitionDelay",
-                                                "TransitionWand",
-                                                "TransitionStyle",
-                                                "SlideSeconds",
-                                                "GradientStyle",
-                                                "GradientFill",
-                                                "EffectOption",
-                                                "PaintTransparent",
-                                                "MultipleEffects",
-                                                "OmitFrame",
-                                                "PaintColor",
-                                                "PaintTransparentColor",
-                                                "TransitionColor",
-                                                "PatternColor1",
-                                                "PatternColor2",
-                                                "PatternColor3",
-                                                "PatternColor4",
-                                                "FrameColor",
-                                                "FrameInnerColor",
-                                                "FrameOuterColor"};
             const QString f = name.mid(3);
             for (int i = 0; i < ShowSettings::FieldCount; ++i)
-                if (f == QLatin1String(names[i])) {
+                if (f == QLatin1String(ShowSettings::fieldName(i))) {
                     const int64_t v = r.settings.field(i);
                     *out = i >= 14 && i <= 16 ? b(v == 1) : QString::number(v);
                     return true;
