@@ -10,6 +10,7 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDrag>
+#include <QFrame>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QImageReader>
@@ -43,11 +44,15 @@ SelFavorites1::SelFavorites1(QWidget *parent) : QWidget(parent, Qt::Window)
     setAttribute(Qt::WA_DeleteOnClose);
     setHelpTopic(this, QStringLiteral("SelFavorites1"));
     auto *grid = new QGridLayout(this);
-    List2 = new QListWidget(this);
+    Frame1 = new QFrame(this);
+    Frame1->setObjectName(QStringLiteral("Frame1"));
+    auto *panel = new QGridLayout(Frame1);
+    panel->setContentsMargins(0, 0, 0, 0);
+    List2 = new QListWidget(Frame1);
     List2->setObjectName(QStringLiteral("List2"));
-    List1 = new QListWidget(this);
+    List1 = new QListWidget(Frame1);
     List1->setObjectName(QStringLiteral("List1"));
-    Image1 = new QLabel(this);
+    Image1 = new QLabel(Frame1);
     Image1->setObjectName(QStringLiteral("Image1"));
     Image1->setMinimumSize(160, 120);
     Image1->setAlignment(Qt::AlignCenter);
@@ -58,9 +63,10 @@ SelFavorites1::SelFavorites1(QWidget *parent) : QWidget(parent, Qt::Window)
     cancel->setObjectName(QStringLiteral("CancelBtn"));
     auto *help = new QPushButton(QStringLiteral("Help"), this);
     help->setObjectName(QStringLiteral("HelpBtn"));
-    grid->addWidget(List2, 0, 0);
-    grid->addWidget(List1, 0, 1);
-    grid->addWidget(Image1, 0, 2);
+    panel->addWidget(List2, 0, 0);
+    panel->addWidget(List1, 0, 1);
+    panel->addWidget(Image1, 0, 2);
+    grid->addWidget(Frame1, 0, 0, 1, 3);
     auto *row = new QHBoxLayout;
     row->addStretch(1);
     for (QPushButton *b : {okb, cancel, help}) row->addWidget(b);
@@ -73,6 +79,7 @@ SelFavorites1::SelFavorites1(QWidget *parent) : QWidget(parent, Qt::Window)
         l->installEventFilter(this);
     }
     Image1->installEventFilter(this);
+    Frame1->installEventFilter(this);
     connect(List2, &QListWidget::itemClicked, this, [this] { listNameClicked(); });
     connect(List2, &QListWidget::itemDoubleClicked, this, [this] { namesDoubleClicked(); });
     connect(List1, &QListWidget::itemClicked, this, [this] { entryClicked(); });
@@ -179,6 +186,12 @@ void SelFavorites1::refresh(int code)
 bool SelFavorites1::eventFilter(QObject *o, QEvent *e)
 {
     if (FavLoading) return false;
+    if (o == Frame1 && e->type() == QEvent::MouseMove
+        && (static_cast<QMouseEvent *>(e)->buttons() & Qt::RightButton)) {
+        // The right button held over the panel ends the drags of both lists.
+        FavDragArmed[0] = FavDragArmed[1] = false;
+        return false;
+    }
     if (o == Image1 && e->type() == QEvent::MouseButtonRelease) {
         if (List1->currentItem() && displayFile) displayFile(List1->currentItem()->text());
         return false;

@@ -6,6 +6,7 @@
 #include <QWidget>
 #include <functional>
 
+class QFrame;
 class QLabel;
 class QListWidget;
 class QMimeData;
@@ -26,6 +27,7 @@ public:
     QListWidget *List1 = nullptr;  // entries, tag "SelList1"
     QListWidget *List2 = nullptr;  // names, tag "SelList2"
     QLabel *Image1 = nullptr;
+    QFrame *Frame1 = nullptr;  // the panel under the two lists and the preview
 
     // What the window does with a row: shows it, puts the browser of a folder on it, or hands
     // rows to the selection list and the slide show. Set by the command set that opens it.
@@ -47,6 +49,10 @@ public:
 protected:
     bool eventFilter(QObject *o, QEvent *e) override;
     void closeEvent(QCloseEvent *e) override;
+
+public:
+    // Whether a press on List1 (0) or List2 (1) has armed its drag.
+    bool dragArmed(int list) const { return FavDragArmed[list == 0 ? 0 : 1]; }
 
 private:
     bool FavDragArmed[2] = {false, false};

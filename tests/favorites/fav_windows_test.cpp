@@ -4,14 +4,17 @@
 #include "core/internal_drag.h"
 #include "core/globals.h"
 #include "favorites/fav_file.h"
+#include "favorites/sel_favorites.h"
 #include "favorites/select1.h"
 #include "favorites/set_fav_list.h"
 
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QListWidget>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <memory>
 #include <QTemporaryDir>
 #include <QUrl>
@@ -251,4 +254,34 @@ TEST_F(Editor, RowsDragOutAsFilesAndNoListOfTheProgramTakesTheSelectionListsRows
     s.dropInternal(d.tag, d.files);
     G.SelFavorites1Loaded = false;
     EXPECT_EQ(s.List1->count(), 2);
+}
+
+// A press on a list arms its drag; the right button held over the browser's panel ends the
+// drags of both lists, and a plain move over the panel leaves them armed.
+TEST_F(Editor, RightButtonOverTheBrowsersPanelEndsBothDrags)
+{
+    makeListFolder();
+    SelFavorites1 browser(nullptr);
+    browser.show();
+    QCoreApplication::processEvents();
+    auto press = [](QWidget *w) {
+        QMouseEvent e(QEvent::MouseButtonPress, QPointF(5, 5), w->mapToGlobal(QPointF(5, 5)), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(w, &e);
+    };
+    auto move = [&](Qt::MouseButtons held) {
+        QMouseEvent e(QEvent::MouseMove, QPointF(2, 2), browser.Frame1->mapToGlobal(QPointF(2, 2)),
+                      Qt::NoButton, held, Qt::NoModifier);
+        QCoreApplication::sendEvent(browser.Frame1, &e);
+    };
+    press(browser.List1->viewport());
+    press(browser.List2->viewport());
+    ASSERT_TRUE(browser.dragArmed(0));
+    ASSERT_TRUE(browser.dragArmed(1));
+    move(Qt::LeftButton);
+    EXPECT_TRUE(browser.dragArmed(0));
+    EXPECT_TRUE(browser.dragArmed(1));
+    move(Qt::RightButton);
+    EXPECT_FALSE(browser.dragArmed(0));
+    EXPECT_FALSE(browser.dragArmed(1));
 }
