@@ -76,7 +76,9 @@ bool FavoriteCommands::toolClick(const QString &id)
 
 void FavoriteCommands::showEditor()
 {
-    const QString folder = host_.explorer() ? host_.explorer()->listFolder() : QString();
+    // The browser opens on the main list's folder, unless the window is still in its load.
+    const bool restricted = host_.state().StartingUp;
+    const QString folder = host_.explorer() && !restricted ? host_.explorer()->listFolder() : QString();
     SetFavList1 dlg(host_.window(), folder);
     dlg.exec();
 }
