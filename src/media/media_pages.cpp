@@ -20,6 +20,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QDrag>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QFile>
@@ -1075,7 +1076,24 @@ bool PlayListPage::eventFilter(QObject *o, QEvent *e)
     // The row under a press, so a click on the row already current runs the click handling.
     for (int i = 0; i < 2; ++i) {
         if (Lists[i] && o == Lists[i]->viewport()) {
-            if (e->type() == QEvent::MouseButtonPress) pressRow_[i] = Lists[i]->currentRow();
+            if (e->type() == QEvent::MouseButtonPress) {
+                pressRow_[i] = Lists[i]->currentRow();
+                pressAt_ = static_cast<QMouseEvent *>(e)->position().toPoint();
+            }
+            if (i == 1 && e->type() == QEvent::MouseMove) {
+                // The entries leave as files, for a file manager or another program; no list
+                // of this program takes rows of this tag.
+                auto *me = static_cast<QMouseEvent *>(e);
+                const QList<QListWidgetItem *> rows = Lists[1]->selectedItems();
+                if ((me->buttons() & Qt::LeftButton) && !rows.isEmpty()
+                    && (me->position().toPoint() - pressAt_).manhattanLength()
+                        >= QApplication::startDragDistance()) {
+                    auto *drag = new QDrag(Lists[1]);
+                    drag->setMimeData(makeRowsDrag(QStringLiteral("PlayTag"), rows));
+                    drag->exec(Qt::CopyAction);
+                    return true;
+                }
+            }
             if (e->type() == QEvent::DragEnter || e->type() == QEvent::DragMove) {
                 auto *de = static_cast<QDropEvent *>(e);
                 if (canReadDrop(de->mimeData())) {

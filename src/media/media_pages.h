@@ -147,6 +147,7 @@ private:
     QWidget *screen_ = nullptr;
     QLabel *label3_ = nullptr;
     int pressRow_[2] = {-1, -1};
+    QPoint pressAt_;  // where the left button went down on the entries, for a drag out
     bool programSelect_ = false;
     bool placed_ = false;
     bool listSmall_ = false;  // the list frame in its small form
