@@ -68,7 +68,7 @@ Select1::Select1(QWidget *parent) : QWidget(parent, Qt::Window)
     struct B {
         const char *name, *text, *tip;
     };
-    const B spec[] = {
+    const B buttons[] = {
         {"OKBtn", "View", "View or Play the Highlighted File"},
         {"DeleteBtn", "Delete", "Delete Highlighted Selection from the Selection List"},
         {"ClearBtn", "Clear", "Clear All Selections from the Selection List"},
@@ -81,9 +81,9 @@ Select1::Select1(QWidget *parent) : QWidget(parent, Qt::Window)
     QPushButton *b[7];
     auto *row = new QHBoxLayout;
     for (int i = 0; i < 7; ++i) {
-        b[i] = new QPushButton(QLatin1String(spec[i].text), Frame1);
-        b[i]->setObjectName(QLatin1String(spec[i].name));
-        b[i]->setToolTip(QLatin1String(spec[i].tip));
+        b[i] = new QPushButton(QLatin1String(buttons[i].text), Frame1);
+        b[i]->setObjectName(QLatin1String(buttons[i].name));
+        b[i]->setToolTip(QLatin1String(buttons[i].tip));
         row->addWidget(b[i]);
     }
     lay->addWidget(label, 0, 0);
