@@ -1,9 +1,7 @@
 #include "media/media_engine.h"
 
-#include <QCoreApplication>
-#include <QDir>
-#include <QFileInfo>
-#include <QLibrary>
+#include "core/modules.h"
+
 #include <atomic>
 #include <mutex>
 
@@ -18,24 +16,9 @@ std::once_flag g_once;
 const MediaEngineTable *mediaEngine()
 {
     std::call_once(g_once, [] {
-        const QString exe = QCoreApplication::instance() ? QCoreApplication::applicationDirPath() : QString();
-        if (exe.isEmpty()) return;
-        // Beside the program: the build's lib/ folder, or where the installation put it.
-        for (const QString &path :
-             {exe + QStringLiteral("/../lib/libtw_mediaengine.so"),
-              exe + QStringLiteral("/" TW_MEDIA_MODULE_FROM_BIN "/libtw_mediaengine.so")}) {
-            if (!QFileInfo::exists(path)) continue;
-            QLibrary lib(QDir::cleanPath(path));
-            lib.setLoadHints(QLibrary::PreventUnloadHint);
-            using Entry = const MediaEngineTable *(*)();
-            auto entry = reinterpret_cast<Entry>(lib.resolve(MediaEngineSymbol));
-            if (!entry) continue;
-            const MediaEngineTable *t = entry();
-            if (t && t->version == MediaEngineVersion) {
-                g_table = t;
-                return;
-            }
-        }
+        const MediaEngineTable *t =
+            moduleTable<MediaEngineTable>(QStringLiteral("libtw_mediaengine.so"), MediaEngineSymbol);
+        if (t && t->version == MediaEngineVersion) g_table = t;
     });
     return g_table.load();
 }

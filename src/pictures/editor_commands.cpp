@@ -1,6 +1,7 @@
 #include "pictures/editor_commands.h"
 
 #include "core/globals.h"
+#include "core/printing.h"
 #include "core/tool_ids.h"
 #include "core/tool_manager.h"
 #include "pictures/imaging_control.h"
@@ -11,8 +12,6 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QMainWindow>
-#include <QPageSetupDialog>
-#include <QPrinter>
 
 namespace tw {
 
@@ -120,12 +119,7 @@ void PictureEditorCommands::OpenPrintWindow(const QString &file)
     printWindow->activateWindow();
 }
 
-void PictureEditorCommands::SetUpPrinter()
-{
-    QPrinter printer;
-    QPageSetupDialog dlg(&printer, host_.window());
-    dlg.exec();
-}
+void PictureEditorCommands::SetUpPrinter() { printing::pageSetup(host_.window()); }
 
 TW_REGISTER_COMMANDS(PictureEditorCommands);
 

@@ -1,5 +1,7 @@
 #include "pictures/imaging_control.h"
 
+#include "core/fetch.h"
+
 #include "pictures/imaging_errors.h"
 #include "pictures/imaging_formats.h"
 #include "pictures/codecs/magick_codec.h"
@@ -15,9 +17,6 @@
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
-#include <QNetworkRequest>
 #include <QPainter>
 #include <QScrollBar>
 #include <QTemporaryFile>
@@ -97,10 +96,7 @@ ImagingControl::ImagingControl(QWidget *parent) : QAbstractScrollArea(parent)
 
 ImagingControl::~ImagingControl()
 {
-    if (reply_) {
-        reply_->disconnect(this);
-        reply_->abort();
-    }
+    transfer_.reset();  // abandoned: its callback never runs
     delete pan_;
 }
 
@@ -207,41 +203,42 @@ void ImagingControl::setReady(int state)
 void ImagingControl::setSourceAddress(const QString &address)
 {
     source_ = address;
-    if (reply_) {
-        reply_->disconnect(this);
-        reply_->abort();
-        reply_->deleteLater();
-    }
-    if (!net_) net_ = new QNetworkAccessManager(this);
-    QUrl url = QUrl::fromUserInput(address.trimmed());
-    QNetworkRequest req(url);
-    req.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
-    reply_ = net_->get(req);
-    reply_->setParent(this);
+    transfer_.reset();
+    const QUrl url = QUrl::fromUserInput(address.trimmed());
+    QString why;
+    transfer_ = fetch::get(
+        url, [this](const fetch::Result &r) { fetchFinished(r); }, &why);
     // The state reads "loading" at once, but the event that tells it comes from the event
     // loop, as every report of a transfer does: the caller finishes starting the fetch
     // before it hears anything of it.
     readyState_ = ReadyLoading;
     QMetaObject::invokeMethod(
         this, [this] { emit readyStateChanged(ReadyLoading); }, Qt::QueuedConnection);
-    connect(reply_, &QNetworkReply::finished, this, &ImagingControl::fetchFinished);
+    if (!transfer_) {
+        // No network access at all: the fetch fails as a transfer that could not start.
+        QMetaObject::invokeMethod(
+            this,
+            [this, why] {
+                fetch::Result r;
+                r.error = why;
+                fetchFinished(r);
+            },
+            Qt::QueuedConnection);
+    }
 }
 
-void ImagingControl::fetchFinished()
+void ImagingControl::fetchFinished(const fetch::Result &r)
 {
-    QNetworkReply *r = reply_;
-    if (!r) return;
-    reply_ = nullptr;
-    r->deleteLater();
-    if (r->error() != QNetworkReply::NoError) {
-        lastDetail_ = r->errorString();
+    transfer_.reset();  // it has ended
+    if (!r.ok) {
+        lastDetail_ = r.error;
         setReady(ReadyUninitialised);
         return;
     }
-    const QByteArray body = r->readAll();
+    const QByteArray &body = r.body;
     // The decoders read files; the body goes through a temporary one named like the
     // address so that formats known by their extension are found.
-    const QString suffix = QFileInfo(r->url().path()).suffix();
+    const QString suffix = QFileInfo(r.url.path()).suffix();
     QTemporaryFile tmp(QDir::tempPath() + QStringLiteral("/tw-fetch-XXXXXX")
                        + (suffix.isEmpty() ? QString() : QStringLiteral(".") + suffix));
     Picture p;

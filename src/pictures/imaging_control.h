@@ -12,10 +12,14 @@
 #include <QPointer>
 #include <QString>
 #include <cstdint>
+#include <memory>
 
-class QNetworkAccessManager;
-class QNetworkReply;
 class QTimer;
+
+namespace tw::fetch {
+struct Result;
+class Transfer;
+}  // namespace tw::fetch
 
 namespace tw {
 
@@ -227,7 +231,7 @@ private:
     QPointF toBitmap(const QPointF &viewportPos) const;
     QSizeF displaySize() const;
     const QImage &scaledPart(const QRect &source, const QSize &size) const;
-    void fetchFinished();
+    void fetchFinished(const fetch::Result &r);
     void setReady(int state);
     double toUnit(double pixels) const { return unit_ == UnitTwips ? pixels * TwipsPerPixel : pixels; }
     double fromUnit(double v) const { return unit_ == UnitTwips ? v / TwipsPerPixel : v; }
@@ -268,8 +272,7 @@ private:
     // fetch
     QString source_;
     int readyState_ = ReadyUninitialised;
-    QNetworkAccessManager *net_ = nullptr;
-    QPointer<QNetworkReply> reply_;
+    std::unique_ptr<fetch::Transfer> transfer_;  // the fetch of source_ under way
 
     // the part of the picture that shows, scaled for the display; kept until the picture, the
     // size or the part changes (cacheKey_ is the frame it was made from, -1 for none)

@@ -1,6 +1,7 @@
 #include "pictures/print_picture.h"
 
 #include "core/print_target.h"
+#include "core/printing.h"
 
 #include "core/context_help.h"
 #include "core/globals.h"
@@ -23,10 +24,7 @@
 #include <QLineEdit>
 #include <QLocale>
 #include <QPainter>
-#include <QPrintDialog>
-#include <QPrintPreviewDialog>
-#include <QPrinter>
-#include <QPrinterInfo>
+#include <QPagedPaintDevice>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
@@ -301,22 +299,12 @@ void PrintPicture::OKBtn_Click()
     OKBtn->setEnabled(false);
     CancelBtn->setEnabled(false);
     Frame3->hide();
-    if (QPrinterInfo::availablePrinters().isEmpty() && printOutputFile().isEmpty()) {
+    if (!printing::hasPrinters() && printOutputFile().isEmpty()) {
         inform(QStringLiteral("No Printer is Installed - Add a Printer to the System to Print Pictures"),
                QStringLiteral("Tarnwick 2.0"), this);
-    } else {
-        QPrinter printer(QPrinter::HighResolution);
-        const QString toFile = printOutputFile();
-        bool go = true;
-        if (!toFile.isEmpty()) {
-            // A file in place of the printer (PDF), as the print dialog's "Print to File".
-            printer.setOutputFormat(QPrinter::PdfFormat);
-            printer.setOutputFileName(toFile);
-        } else {
-            QPrintDialog dlg(&printer, this);
-            go = dlg.exec() == QDialog::Accepted;
-        }
-        if (go) PrintPictureFile(printer);
+    } else if (const auto job = printing::prepare(true, this)) {
+        // With a print-to-file path set, a PDF there in place of the printer and its dialog.
+        PrintPictureFile(*job->device());
     }
     OKBtn->setEnabled(true);
     CancelBtn->setEnabled(true);
@@ -324,13 +312,10 @@ void PrintPicture::OKBtn_Click()
 
 void PrintPicture::PreviewBtn_Click()
 {
-    QPrinter printer(QPrinter::HighResolution);
-    QPrintPreviewDialog dlg(&printer, this);
-    connect(&dlg, &QPrintPreviewDialog::paintRequested, this, [this](QPrinter *p) { PrintPictureFile(*p); });
-    dlg.exec();
+    printing::preview(this, [this](QPagedPaintDevice *p) { PrintPictureFile(*p); });
 }
 
-bool PrintPicture::PrintPictureFile(QPrinter &printer)
+bool PrintPicture::PrintPictureFile(QPagedPaintDevice &printer)
 {
     const QString dashes(257, u'-');
     Q_UNUSED(dashes);

@@ -13,7 +13,7 @@
 class QFrame;
 class QLabel;
 class QLineEdit;
-class QPrinter;
+class QPagedPaintDevice;
 class QPushButton;
 class QRadioButton;
 class QScrollBar;
@@ -29,7 +29,7 @@ public:
 
     // The job on `printer` (a system printer, or a PDF file); false when the printer failed,
     // and then Frame3 stays hidden.
-    bool PrintPictureFile(QPrinter &printer);
+    bool PrintPictureFile(QPagedPaintDevice &printer);
     // OKBtn: the system printer, through the system's print dialog unless `direct`.
     void OKBtn_Click();
     // A print preview of the job.

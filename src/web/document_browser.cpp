@@ -12,7 +12,7 @@
 #include <QFileInfo>
 #include <QLocale>
 #include <QPainter>
-#include <QPrinter>
+#include <QPagedPaintDevice>
 #include <QTextBrowser>
 #include <QUrl>
 
@@ -135,28 +135,28 @@ void DocumentBrowser::execCommand(int command, int option)
     (void)option;  // the user chooses in the dialog either way
     if (command == 4) savePage();
     else if (command == 6) {
-        auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
-        if (!preparePrinter(*printer, true, window())) return;
-        printOn(printer.get(), [printer](bool) {});
+        std::shared_ptr<printing::Job> job = printing::prepare(true, window());
+        if (!job) return;
+        printOn(*job, [job](bool) {});
     } else if (command == 10) {
         showProperties();
     }
 }
 
-void DocumentBrowser::printOn(QPrinter *printer, std::function<void(bool)> done)
+void DocumentBrowser::printOn(printing::Job &job, std::function<void(bool)> done)
 {
     switch (surface_) {
     case Surface::Web:
         if (web_) {
-            web_->print(printer, std::move(done));
+            web_->print(job.printer(), std::move(done));
             return;
         }
         break;
     case Surface::Pdf:
-        if (done) done(printPdf(*pdf_, *printer));
+        if (done) done(printPdf(*pdf_, *job.device()));
         return;
     case Surface::Text:
-        text_->print(printer);
+        text_->print(job.device());
         if (done) done(true);
         return;
     case Surface::Blank:
@@ -199,7 +199,7 @@ void DocumentBrowser::showProperties()
     inform(text, QStringLiteral("Properties"), window());
 }
 
-bool printPdf(PdfEngine &doc, QPrinter &printer)
+bool printPdf(PdfEngine &doc, QPagedPaintDevice &printer)
 {
     if (doc.pageCount() <= 0) return false;
     QPainter p;

@@ -3,13 +3,15 @@
 // converter into the web engine when it is installed, else their text.
 #pragma once
 
+#include "core/printing.h"
+
 #include <QStackedWidget>
 #include <QString>
 #include <QTemporaryDir>
 #include <memory>
 
 class QTextBrowser;
-class QPrinter;
+class QPagedPaintDevice;
 
 namespace tw {
 
@@ -42,7 +44,7 @@ public:
     PdfEngine *pdfEngine() const { return pdf_.get(); }
 
     // Prints what is shown; Done runs when it is over. Used by command 6.
-    void printOn(QPrinter *printer, std::function<void(bool)> done);
+    void printOn(printing::Job &job, std::function<void(bool)> done);
 
 signals:
     void documentLoaded();
@@ -65,6 +67,6 @@ private:
 };
 
 // Prints every page of a PDF, each composited onto white, scaled to the page.
-bool printPdf(PdfEngine &doc, QPrinter &printer);
+bool printPdf(PdfEngine &doc, QPagedPaintDevice &printer);
 
 }  // namespace tw

@@ -4,6 +4,7 @@
 #include "core/catalogue.h"
 #include "core/context_help.h"
 #include "core/globals.h"
+#include "core/printing.h"
 #include "core/loaders.h"
 #include "core/looks.h"
 #include "core/prompt.h"
@@ -24,7 +25,6 @@
 #include <QListWidget>
 #include <QLocale>
 #include <QMainWindow>
-#include <QPrinter>
 #include <QProgressDialog>
 #include <QTemporaryDir>
 #include <QTextDocument>
@@ -277,9 +277,9 @@ void DocumentsPage::PrintDocument()
         return;
     }
     // The default printer, no dialog: Text1 prints all it holds.
-    QPrinter printer(QPrinter::HighResolution);
-    if (!preparePrinter(printer, false, host_.window())) return;
-    Text1->print(&printer);
+    const auto job = printing::prepare(false, host_.window());
+    if (!job) return;
+    Text1->print(job->device());
 }
 
 void DocumentsPage::ShowDocumentProperties()

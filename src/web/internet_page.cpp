@@ -3,6 +3,7 @@
 #include "core/catalogue.h"
 #include "core/context_help.h"
 #include "core/globals.h"
+#include "core/printing.h"
 #include "core/looks.h"
 #include "core/prompt.h"
 #include "core/scenario_hooks.h"
@@ -19,7 +20,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
-#include <QPrinter>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -332,9 +332,9 @@ void InternetPage::printPage()
 {
     WebView *b = browser();
     if (!b->engineMade()) return;
-    auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
-    if (!preparePrinter(*printer, true, host_.window())) return;
-    b->print(printer.get(), [printer](bool) {});
+    std::shared_ptr<printing::Job> job = printing::prepare(true, host_.window());
+    if (!job) return;
+    b->print(job->printer(), [job](bool) {});
 }
 
 void InternetPage::savePage()

@@ -4,9 +4,6 @@
 
 #include <QFile>
 #include <QPointer>
-#include <QPrintDialog>
-#include <QPrinter>
-#include <QPrinterInfo>
 #include <QVBoxLayout>
 
 namespace tw {
@@ -111,22 +108,6 @@ void WebView::print(QPrinter *printer, std::function<void(bool)> done)
         return;
     }
     engine_->print(printer, std::move(done));
-}
-
-bool preparePrinter(QPrinter &printer, bool askUser, QWidget *parent)
-{
-    if (!printOutputFile().isEmpty()) {
-        printer.setOutputFormat(QPrinter::PdfFormat);
-        printer.setOutputFileName(printOutputFile());
-        return true;
-    }
-    if (askUser) {
-        QPrintDialog dlg(&printer, parent);
-        dlg.setOption(QAbstractPrintDialog::PrintToFile, true);
-        return dlg.exec() == QDialog::Accepted;
-    }
-    // The default printer; none set up means nothing to print on.
-    return !QPrinterInfo::defaultPrinter().isNull();
 }
 
 }  // namespace tw

@@ -73,8 +73,4 @@ private:
     QString docTitle_;
 };
 
-// Prepares Printer: true when it may print. With AskUser the print dialog lets the user
-// choose, unless the output goes to a file.
-bool preparePrinter(QPrinter &printer, bool askUser, QWidget *parent);
-
 }  // namespace tw

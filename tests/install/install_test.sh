@@ -36,6 +36,8 @@ expect_file "$libdir/tarnwick/libtw_help.so"
 expect_file "$libdir/tarnwick/libtw_mediaengine.so"
 [ -x "$prefix/$libdir/tarnwick/tarnwick-decoder" ] || fail "not installed or not executable: $libdir/tarnwick/tarnwick-decoder"
 expect_file "$libdir/tarnwick/libtw_webengine.so"
+expect_file "$libdir/tarnwick/libtw_print.so"
+expect_file "$libdir/tarnwick/libtw_fetch.so"
 expect_file "$datadir/tarnwick/TIPHELP.TXT"
 expect_file "$datadir/tarnwick/Help/Ostrel.qhc"
 expect_file "$datadir/tarnwick/Help/Ostrel.qch"
@@ -68,7 +70,8 @@ while IFS= read -r f; do
   rel=${f#"$prefix"/}
   case "$rel" in
     "$bindir/tarnwick" | "$libdir/tarnwick/libtw_codecs.so" | "$libdir/tarnwick/libtw_help.so" | "$libdir/tarnwick/libtw_mediaengine.so" | \
-    "$libdir/tarnwick/libtw_webengine.so" | "$libdir/tarnwick/tarnwick-decoder" | "$datadir/tarnwick/"* | \
+    "$libdir/tarnwick/libtw_webengine.so" | "$libdir/tarnwick/libtw_print.so" | "$libdir/tarnwick/libtw_fetch.so" | \
+    "$libdir/tarnwick/tarnwick-decoder" | "$datadir/tarnwick/"* | \
     "$datadir/applications/tarnwick.desktop" | "$datadir/icons/hicolor/"*/apps/tarnwick.png) ;;
     *) fail "installed but not part of the program: $rel" ;;
   esac
@@ -91,7 +94,8 @@ grep -Eq '^MimeType=(image/jpeg;).*(audio/mpeg;).*(application/pdf;)' "$desktop"
 # ---------------------------------------------------------------- no build path inside
 elf_files=("$prefix/$bindir/tarnwick" "$prefix/$libdir/tarnwick/libtw_codecs.so" "$prefix/$libdir/tarnwick/libtw_help.so"
   "$prefix/$libdir/tarnwick/libtw_mediaengine.so" "$prefix/$libdir/tarnwick/tarnwick-decoder"
-  "$prefix/$libdir/tarnwick/libtw_webengine.so")
+  "$prefix/$libdir/tarnwick/libtw_webengine.so" "$prefix/$libdir/tarnwick/libtw_print.so"
+  "$prefix/$libdir/tarnwick/libtw_fetch.so")
 for f in "${elf_files[@]}"; do
   [ -f "$f" ] || continue
   rp=$(readelf -d "$f" | grep -E 'R(UN)?PATH' || true)
