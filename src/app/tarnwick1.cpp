@@ -4,6 +4,7 @@
 #include "core/busy.h"
 #include "core/colors.h"
 #include "core/context_help.h"
+#include "core/file_icons.h"
 #include "core/looks.h"
 #include "core/errors.h"
 #include "core/options_store.h"
@@ -73,6 +74,7 @@ Tarnwick1::Tarnwick1(const QString &rawCommandLine, QWidget *parent) : QMainWind
     // The file icons' theme is named after the menus and toolbars are made: they take the
     // style's own pictures, and a named theme would be searched for each of them first.
     useIconThemeWithFileIcons();
+    FileIcons::gate().holdFor(this);
     linkPages();
     makePages();
     registerRoutines();
@@ -514,6 +516,11 @@ void Tarnwick1::FirstActivation()
 bool Tarnwick1::event(QEvent *e)
 {
     if (e->type() == QEvent::WindowActivate) activated();
+    if (e->type() == QEvent::Paint && !painted_) {
+        // On screen: the file icons held back until now come once this frame is out.
+        painted_ = true;
+        QTimer::singleShot(0, this, [] { FileIcons::gate().release(); });
+    }
     return QMainWindow::event(e);
 }
 

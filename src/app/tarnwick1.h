@@ -152,6 +152,7 @@ public:
     void SetComputerName();
 
 private:
+    bool painted_ = false;  // the window has painted once
     std::array<std::unique_ptr<TabPage>, TabCount + 1> pages_;
     std::vector<std::unique_ptr<CommandSet>> commandSets_;
     bool shutDownDone_ = false;

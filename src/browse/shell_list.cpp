@@ -1,5 +1,7 @@
 #include "browse/shell_list.h"
 
+#include "core/file_icons.h"
+
 #include "browse/shell_tree.h"
 
 #include <QDateTime>
@@ -25,7 +27,14 @@ using browse::ListEntry;
 
 // ---------------------------------------------------------------- model
 
-ShellListModel::ShellListModel(QObject *parent) : QAbstractTableModel(parent) {}
+ShellListModel::ShellListModel(QObject *parent) : QAbstractTableModel(parent)
+{
+    connect(&FileIcons::gate(), &FileIcons::becameReady, this, [this] {
+        if (!iconsWaited_) return;
+        iconsWaited_ = false;
+        if (shown_ > 0) emit dataChanged(index(0, NameCol), index(shown_ - 1, NameCol), {Qt::DecorationRole});
+    });
+}
 
 void ShellListModel::sortEntries(std::vector<ListEntry> &v)
 {
@@ -154,16 +163,37 @@ const ShellListModel::TypeInfo &ShellListModel::typeOf(const ListEntry &e) const
     }
     auto it = types_.find(mimeName);
     if (it == types_.end()) {
-        const QMimeType mt = db.mimeTypeForName(mimeName);
         TypeInfo t;
-        t.comment = e.isDir ? QStringLiteral("Folder") : mt.comment();
-        t.icon = QIcon::fromTheme(mt.iconName());
-        if (t.icon.isNull()) t.icon = QIcon::fromTheme(mt.genericIconName());
-        if (t.icon.isNull())
-            t.icon = QIcon::fromTheme(e.isDir ? QStringLiteral("folder") : QStringLiteral("text-x-generic"));
+        if (e.isDir) {
+            t.comment = QStringLiteral("Folder");
+            t.iconName = QStringLiteral("inode-directory");
+            t.genericIconName = QStringLiteral("folder");
+        } else {
+            const QMimeType mt = db.mimeTypeForName(mimeName);
+            t.comment = mt.comment();
+            t.iconName = mt.iconName();
+            t.genericIconName = mt.genericIconName();
+        }
         it = types_.insert(mimeName, t);
     }
     return *it;
+}
+
+QIcon ShellListModel::iconOf(const ListEntry &e) const
+{
+    const TypeInfo &t = typeOf(e);
+    if (!t.iconRead) {
+        if (!FileIcons::gate().ready()) {
+            iconsWaited_ = true;
+            return FileIcons::placeholder();
+        }
+        t.icon = QIcon::fromTheme(t.iconName);
+        if (t.icon.isNull()) t.icon = QIcon::fromTheme(t.genericIconName);
+        if (t.icon.isNull())
+            t.icon = QIcon::fromTheme(e.isDir ? QStringLiteral("folder") : QStringLiteral("text-x-generic"));
+        t.iconRead = true;
+    }
+    return t.icon;
 }
 
 QVariant ShellListModel::data(const QModelIndex &idx, int role) const
@@ -185,7 +215,7 @@ QVariant ShellListModel::data(const QModelIndex &idx, int role) const
         }
         return {};
     case Qt::DecorationRole:
-        if (idx.column() == NameCol) return typeOf(e).icon;
+        if (idx.column() == NameCol) return iconOf(e);
         return {};
     case Qt::TextAlignmentRole:
         if (idx.column() == SizeCol) return int(Qt::AlignRight | Qt::AlignVCenter);

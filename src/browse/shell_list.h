@@ -63,9 +63,12 @@ signals:
 private:
     struct TypeInfo {
         QString comment;
-        QIcon icon;
+        QString iconName, genericIconName;  // of the icon theme
+        mutable QIcon icon;  // read of the theme when first drawn
+        mutable bool iconRead = false;
     };
     const TypeInfo &typeOf(const browse::ListEntry &e) const;
+    QIcon iconOf(const browse::ListEntry &e) const;
     static void sortEntries(std::vector<browse::ListEntry> &v);
 
     QString folder_;
@@ -73,6 +76,7 @@ private:
     int shown_ = 0;
     mutable QHash<QString, TypeInfo> types_;  // by MIME type name
     mutable QHash<QString, QString> mimeOfSuffix_;
+    mutable bool iconsWaited_ = false;  // placeholders drawn while the icons were held back
 };
 
 class ShellList : public QWidget, public ScenarioAccess {

@@ -1,5 +1,7 @@
 #include "browse/shell_tree_model.h"
 
+#include "core/file_icons.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QStorageInfo>
@@ -48,7 +50,26 @@ QString hostOfDevice(const QString &dev)
 
 }  // namespace
 
-ShellTreeModel::ShellTreeModel(QObject *parent) : QAbstractItemModel(parent) {}
+ShellTreeModel::ShellTreeModel(QObject *parent) : QAbstractItemModel(parent)
+{
+    connect(&FileIcons::gate(), &FileIcons::becameReady, this, [this] {
+        if (!iconsWaited_) return;
+        iconsWaited_ = false;
+        redrawIcons(nullptr, QModelIndex());
+    });
+}
+
+void ShellTreeModel::redrawIcons(TreeNode *parent, const QModelIndex &parentIndex)
+{
+    const int rows = rowCount(parentIndex);
+    if (rows <= 0) return;
+    emit dataChanged(index(0, 0, parentIndex), index(rows - 1, 0, parentIndex), {Qt::DecorationRole});
+    const auto &children = parent ? parent->children : roots_;
+    for (int r = 0; r < rows && r < int(children.size()); ++r) {
+        TreeNode *c = children[size_t(r)].get();
+        if (c->populated) redrawIcons(c, index(r, 0, parentIndex));
+    }
+}
 ShellTreeModel::~ShellTreeModel() = default;
 
 QString ShellTreeModel::networkRootName() { return networkName(); }
@@ -448,6 +469,10 @@ Qt::ItemFlags ShellTreeModel::flags(const QModelIndex &idx) const
 
 QIcon ShellTreeModel::iconFor(const TreeNode *n) const
 {
+    if (!FileIcons::gate().ready()) {
+        iconsWaited_ = true;
+        return FileIcons::placeholder();
+    }
     auto themed = [](QIcon &cache, const char *name, const char *fallback) -> QIcon {
         if (cache.isNull()) {
             cache = QIcon::fromTheme(QLatin1String(name));

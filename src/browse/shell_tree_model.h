@@ -114,12 +114,15 @@ private:
     void forget(TreeNode *n);
     bool isAncestorFolder(const TreeNode *parent, const FolderId &id) const;
     QIcon iconFor(const TreeNode *n) const;
+    // The icons held back at start arrive: the rows that drew placeholders draw again.
+    void redrawIcons(TreeNode *parent, const QModelIndex &parentIndex);
 
     std::vector<std::unique_ptr<TreeNode>> roots_;
     std::vector<TreeNode *> flat_;
     TreeNode *selected_ = nullptr;
     unsigned epoch_ = 1;
     mutable QIcon folderIcon_, homeIcon_, driveIcon_, networkIcon_, hostIcon_, rootIcon_;
+    mutable bool iconsWaited_ = false;
 };
 
 }  // namespace tw::browse

@@ -1,4 +1,6 @@
 #include "browse/shell_list.h"
+#include "core/file_icons.h"
+#include "core/looks.h"
 #include "test_tree.h"
 
 #include <QAbstractItemView>
@@ -146,4 +148,44 @@ TEST(ShellList, UpOneLevelStopsAtTheTop)
     list.setFolder("/");
     list.upOneLevel(1);
     EXPECT_EQ(list.folder(), "/");
+}
+
+// While the window that holds the list is on screen but has not painted, the icons are
+// blanks of the icon's size (the theme is not read); once it has painted, the rows that drew
+// blanks are told to draw again and get the theme's icons. A hidden window holds nothing back.
+TEST(ShellList, FileIconsWaitForTheWindowsFirstPaint)
+{
+    tw::useIconThemeWithFileIcons();
+    twtest::TempTree t;
+    t.mkdir("f/sub");
+    t.put("f/a.txt");
+    QWidget window;
+    auto *list = new tw::ShellList(&window);
+    list->setFolder(t.path("f"));
+    tw::ShellListModel *m = list->listModel();
+    ASSERT_EQ(m->rowCount(), 2);
+    auto iconName = [&](int row) {
+        return qvariant_cast<QIcon>(m->data(m->index(row, 0), Qt::DecorationRole)).name();
+    };
+
+    tw::FileIcons::gate().holdFor(&window);
+    EXPECT_TRUE(tw::FileIcons::gate().ready()) << "a hidden window waits for nothing";
+    window.show();
+    EXPECT_FALSE(tw::FileIcons::gate().ready());
+    const QIcon blank = qvariant_cast<QIcon>(m->data(m->index(1, 0), Qt::DecorationRole));
+    EXPECT_TRUE(blank.name().isEmpty());
+    EXPECT_EQ(blank.actualSize(QSize(16, 16)), QSize(16, 16)) << "the blank takes the icon's place";
+
+    int redraws = 0;
+    QObject::connect(m, &QAbstractItemModel::dataChanged,
+                     [&](const QModelIndex &a, const QModelIndex &b, const QList<int> &roles) {
+                         if (roles.contains(Qt::DecorationRole) && a.row() == 0 && b.row() == 1) ++redraws;
+                     });
+    tw::FileIcons::gate().release();
+    EXPECT_EQ(redraws, 1);
+    EXPECT_TRUE(tw::FileIcons::gate().ready());
+    EXPECT_FALSE(iconName(0).isEmpty());
+    EXPECT_FALSE(iconName(1).isEmpty());
+    tw::FileIcons::gate().release();  // only once
+    EXPECT_EQ(redraws, 1);
 }
