@@ -283,16 +283,14 @@ QString useIconThemeWithFileIcons()
         more = true;
     }
     if (more) QIcon::setThemeSearchPaths(paths);
-    auto fileIconsThere = [] {
-        return QIcon::hasThemeIcon(QStringLiteral("text-x-generic"))
-            && QIcon::hasThemeIcon(QStringLiteral("folder"));
-    };
     if (QIcon::themeName().isEmpty()) {
         QIcon::setThemeName(fallback);
-    } else if (!fileIconsThere()) {
+    } else if (QIcon::fallbackThemeName().isEmpty()
+               || QIcon::fallbackThemeName() == QLatin1String("hicolor")) {
         // Keep the desktop's own icons where it has them; the missing ones come from Adwaita.
-        if (QIcon::fallbackThemeName().isEmpty() || QIcon::fallbackThemeName() == QLatin1String("hicolor"))
-            QIcon::setFallbackThemeName(fallback);
+        // (No icon is asked for before: Qt keeps an icon it did not find as not found, even
+        // after the fallback theme changes.)
+        QIcon::setFallbackThemeName(fallback);
     }
     return QIcon::themeName();
 }

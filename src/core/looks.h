@@ -29,8 +29,9 @@ void setTextEffect(QWidget *w, int effect);
 int textEffect(const QWidget *w);
 
 // The file list and the folder tree draw their items with icons of the desktop's icon
-// theme. Where the desktop names none, or its theme lacks the plain file and folder icons,
-// Adwaita stands in (as the theme, or behind the named one). Returns the theme in use.
+// theme. Where the desktop names none, Adwaita stands in as the theme; where the desktop's
+// theme has no fallback of its own but hicolor, Adwaita stands behind it for the icons it
+// lacks. Returns the theme in use.
 QString useIconThemeWithFileIcons();
 
 }  // namespace tw
