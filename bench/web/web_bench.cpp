@@ -6,7 +6,9 @@
 #include "app/tarnwick1.h"
 #include "common/main_window_fixture.h"
 #include "core/tool_ids.h"
+#include "web/document_text.h"
 #include "web/documents_page.h"
+#include "web/plain_text_view.h"
 #include "web/internet_page.h"
 #include "web/web_view.h"
 
@@ -92,7 +94,7 @@ double documentTabMs(Tarnwick1 *w, const QString &file, long *peakKiB)
     QElapsedTimer t;
     t.start();
     w->DisplayFile(file);
-    docs->Text1->viewport()->repaint();
+    docs->Text1->plainView()->viewport()->repaint();
     const double ms = t.nsecsElapsed() / 1e6;
     *peakKiB = statusKiB("VmHWM:") - base;
     return ms;
