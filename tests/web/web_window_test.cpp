@@ -240,7 +240,8 @@ private slots:
         // A converter that never finishes: its box shows and Cancel ends the wait.
         const QString bin = dir.path() + QStringLiteral("/bin");
         QDir().mkpath(bin);
-        writeAll(bin + QStringLiteral("/slowconv"), "#!/bin/sh\nsleep 60\n");
+        writeAll(bin + QStringLiteral("/slowconv"),
+                 ("#!/bin/sh\nsleep 60 &\necho $! > " + file("child.pid").toLocal8Bit() + "\nwait\n"));
         QFile::setPermissions(bin + QStringLiteral("/slowconv"),
                               QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         const QByteArray oldPath = qgetenv("PATH");
@@ -262,6 +263,19 @@ private slots:
         QVERIFY(!out.has_value());
         QVERIFY(sawProgress);
         QVERIFY2(t.elapsed() < 5000, qPrintable(QString::number(t.elapsed())));
+        // What the converter started is stopped with it.
+        QFile pidFile(file("child.pid"));
+        QVERIFY(pidFile.open(QIODevice::ReadOnly));
+        const QByteArray child = pidFile.readAll().trimmed();
+        QVERIFY(!child.isEmpty());
+        QTRY_VERIFY_WITH_TIMEOUT(
+            [&] {
+                QFile stat(QStringLiteral("/proc/") + QString::fromLatin1(child) + QStringLiteral("/stat"));
+                if (!stat.open(QIODevice::ReadOnly)) return true;  // gone
+                const QByteArray s = stat.readAll();
+                return s.mid(s.lastIndexOf(')') + 2, 1) == "Z";  // dead, waiting to be reaped
+            }(),
+            3000);
     }
 
     void wordDocumentsRenderThroughTheOfficeConverterWhenInstalled()
