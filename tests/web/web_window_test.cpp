@@ -114,6 +114,22 @@ private slots:
     {
         // Start-up pays nothing for the engine: it is made on first use.
         QVERIFY(!web()->built() || !web()->browser()->engineMade());
+        // Nor is the engine module loaded at start-up.
+        auto moduleMapped = [] {
+            QFile maps(QStringLiteral("/proc/self/maps"));
+            return maps.open(QIODevice::ReadOnly) && maps.readAll().contains("libtw_webengine.so");
+        };
+        QVERIFY(!engineTableLoaded());
+        QVERIFY(!moduleMapped());
+        // Entering the Internet tab loads the module in the background, while the address is
+        // typed; the engine itself waits for the first page.
+        const int before = w->selectedTab();
+        w->selectTab(7);
+        QTRY_VERIFY_WITH_TIMEOUT(engineTableLoaded(), 10000);
+        QVERIFY(moduleMapped());
+        QVERIFY(engineTable() != nullptr);
+        QVERIFY(!web()->browser()->engineMade());
+        w->selectTab(before);
     }
 
     void textPrintsAllItHolds()
