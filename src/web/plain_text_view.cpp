@@ -31,9 +31,92 @@ void PlainText::clear()
 {
     text_.resize(0);  // keeps the room reserved for a second reading of the same file
     marks_.assign(1, 0);
+    long_.clear();
     lines_ = 1;
     lineBegin_ = longest_ = longestLen_ = 0;
     pendingCR_ = false;
+}
+
+void PlainText::noteLength(qsizetype line, qsizetype start, qsizetype length)
+{
+    const qsizetype rows = std::max<qsizetype>(1, (length + RowLimit - 1) / RowLimit);
+    if (!long_.empty() && long_.back().line == line) {
+        if (rows > 1) {
+            long_.back().rows = rows;
+            long_.back().length = length;
+        } else {
+            long_.pop_back();
+        }
+        return;
+    }
+    if (rows > 1) long_.push_back({line, start, length, firstRowOf(line), rows});
+}
+
+const PlainText::LongLine *PlainText::longLine(qsizetype line) const
+{
+    auto it = std::lower_bound(long_.begin(), long_.end(), line,
+                               [](const LongLine &l, qsizetype n) { return l.line < n; });
+    return it != long_.end() && it->line == line ? &*it : nullptr;
+}
+
+qsizetype PlainText::firstRowOf(qsizetype line) const
+{
+    auto it = std::lower_bound(long_.begin(), long_.end(), line,
+                               [](const LongLine &l, qsizetype n) { return l.line < n; });
+    if (it == long_.begin()) return line;
+    --it;
+    return line + (it->firstRow - it->line) + (it->rows - 1);
+}
+
+std::pair<qsizetype, qsizetype> PlainText::lineOfRow(qsizetype row) const
+{
+    auto it = std::upper_bound(long_.begin(), long_.end(), row,
+                               [](qsizetype r, const LongLine &l) { return r < l.firstRow; });
+    if (it == long_.begin()) return {row, 0};
+    --it;
+    if (row < it->firstRow + it->rows) return {it->line, row - it->firstRow};
+    return {row - (it->firstRow - it->line) - (it->rows - 1), 0};
+}
+
+qsizetype PlainText::rowCount() const
+{
+    if (long_.empty()) return lines_;
+    const LongLine &l = long_.back();
+    return lines_ + (l.firstRow - l.line) + (l.rows - 1);
+}
+
+qsizetype PlainText::rowStart(qsizetype row) const
+{
+    row = std::clamp<qsizetype>(row, 0, rowCount() - 1);
+    const auto [line, piece] = lineOfRow(row);
+    return lineStart(line) + piece * RowLimit;
+}
+
+qsizetype PlainText::rowEnd(qsizetype row) const
+{
+    row = std::clamp<qsizetype>(row, 0, rowCount() - 1);
+    const auto [line, piece] = lineOfRow(row);
+    return std::min(lineStart(line) + (piece + 1) * RowLimit, lineEnd(line));
+}
+
+bool PlainText::rowEndsLine(qsizetype row) const
+{
+    const qsizetype end = rowEnd(row);
+    return end == text_.size() || text_.at(end) == u'\n';
+}
+
+qsizetype PlainText::rowOf(qsizetype pos) const
+{
+    const qsizetype line = lineOf(pos);
+    const LongLine *l = longLine(line);
+    const qsizetype rows = l ? l->rows : 1;
+    return firstRowOf(line) + std::min((pos - lineStart(line)) / RowLimit, rows - 1);
+}
+
+QStringView PlainText::row(qsizetype n) const
+{
+    const qsizetype start = rowStart(n);
+    return QStringView(text_).mid(start, rowEnd(n) - start);
 }
 
 void PlainText::newLine(qsizetype start)
@@ -43,6 +126,8 @@ void PlainText::newLine(qsizetype start)
         longestLen_ = len;
         longest_ = lines_ - 1;
     }
+    if (len > RowLimit || (!long_.empty() && long_.back().line == lines_ - 1))
+        noteLength(lines_ - 1, lineBegin_, len);
     ++lines_;
     lineBegin_ = start;
     if ((lines_ - 1) % Step == 0) marks_.push_back(start);
@@ -56,8 +141,16 @@ void PlainText::append(QStringView piece)
         if (p < end && *p == u'\n') ++p;  // the LF of a CR LF split between two pieces
     }
     const char16_t *run = p;
+    bool nul = false;  // the run holds NUL characters, replaced once it is in place
     auto flush = [&](const char16_t *upto) {
-        if (upto > run) text_.append(reinterpret_cast<const QChar *>(run), upto - run);
+        if (upto <= run) return;
+        const qsizetype n = upto - run;
+        text_.append(reinterpret_cast<const QChar *>(run), n);
+        if (nul) {
+            QChar *d = text_.data() + text_.size() - n;
+            std::replace(d, d + n, QChar(0), QChar(QChar::ReplacementCharacter));
+            nul = false;
+        }
     };
     for (; p < end; ++p) {
         const char16_t c = *p;
@@ -75,9 +168,7 @@ void PlainText::append(QStringView piece)
             }
             run = p + 1;
         } else if (c == 0) {
-            flush(p);
-            text_.append(QChar(QChar::ReplacementCharacter));
-            run = p + 1;
+            nul = true;
         }
     }
     flush(end);
@@ -85,33 +176,57 @@ void PlainText::append(QStringView piece)
         longestLen_ = text_.size() - lineBegin_;
         longest_ = lines_ - 1;
     }
+    if (text_.size() - lineBegin_ > RowLimit) noteLength(lines_ - 1, lineBegin_, text_.size() - lineBegin_);
 }
 
 qsizetype PlainText::lineStart(qsizetype line) const
 {
     line = std::clamp<qsizetype>(line, 0, lines_ - 1);
+    if (const LongLine *l = longLine(line)) return l->start;
+    qsizetype at = (line / Step) * Step;
     qsizetype pos = marks_[size_t(line / Step)];
-    for (qsizetype i = line % Step; i > 0; --i) pos = text_.indexOf(u'\n', pos) + 1;
+    // Over the last long line between the mark and the line; the rest are short.
+    auto it = std::lower_bound(long_.begin(), long_.end(), line,
+                               [](const LongLine &l, qsizetype n) { return l.line < n; });
+    if (it != long_.begin() && (it - 1)->line >= at) {
+        --it;
+        pos = it->start + it->length + 1;
+        at = it->line + 1;
+    }
+    for (; at < line; ++at) pos = text_.indexOf(u'\n', pos) + 1;
     return pos;
 }
 
 qsizetype PlainText::lineEnd(qsizetype line) const
 {
-    const qsizetype nl = text_.indexOf(u'\n', lineStart(line));
-    return nl < 0 ? text_.size() : nl;
+    line = std::clamp<qsizetype>(line, 0, lines_ - 1);
+    if (const LongLine *l = longLine(line)) return l->start + l->length;
+    // A short line: its end lies within RowLimit characters.
+    const qsizetype start = lineStart(line);
+    const qsizetype nl = QStringView(text_).mid(start, RowLimit + 1).indexOf(u'\n');
+    return nl < 0 ? std::min(start + RowLimit, text_.size()) : start + nl;
 }
 
 qsizetype PlainText::lineOf(qsizetype pos) const
 {
     pos = std::clamp<qsizetype>(pos, 0, text_.size());
+    // Inside a long line, or else after the last long line before the position.
+    auto it = std::upper_bound(long_.begin(), long_.end(), pos,
+                               [](qsizetype p, const LongLine &l) { return p < l.start; });
+    const LongLine *before = it == long_.begin() ? nullptr : &*(it - 1);
+    if (before && pos <= before->start + before->length) return before->line;
     const auto mark = std::upper_bound(marks_.begin(), marks_.end(), pos) - 1;
     qsizetype line = qsizetype(mark - marks_.begin()) * Step;
     qsizetype from = *mark;
+    if (before && before->start >= from) {
+        line = before->line + 1;
+        from = before->start + before->length + 1;
+    }
     for (;;) {
-        const qsizetype nl = text_.indexOf(u'\n', from);
-        if (nl < 0 || nl >= pos) return line;
+        const qsizetype nl = QStringView(text_).mid(from, pos - from).indexOf(u'\n');
+        if (nl < 0) return line;
         ++line;
-        from = nl + 1;
+        from += nl + 1;
     }
 }
 
@@ -156,7 +271,7 @@ void PlainTextView::setContent(PlainText &&text)
     widest_ = 0;
     // The longest line gives the first width of the horizontal range; a wider one painted
     // later (wide characters) widens it.
-    layoutOf(text_.longestLine());
+    layoutOf(text_.rowOf(text_.lineStart(text_.longestLine())));
     verticalScrollBar()->setValue(0);
     horizontalScrollBar()->setValue(0);
     updateScrollBars();
@@ -165,7 +280,7 @@ void PlainTextView::setContent(PlainText &&text)
 
 int PlainTextView::lineHeight() const { return std::max(1, fontMetrics().lineSpacing()); }
 
-int PlainTextView::visibleLineCount() const
+int PlainTextView::visibleRowCount() const
 {
     return std::max(1, (viewport()->height() - 2 * Margin) / lineHeight());
 }
@@ -173,10 +288,10 @@ int PlainTextView::visibleLineCount() const
 void PlainTextView::updateScrollBars()
 {
     cache_->rangePending = false;
-    const qsizetype lines = text_.lineCount();
-    const int page = visibleLineCount();
+    const qsizetype rows = text_.rowCount();
+    const int page = visibleRowCount();
     QScrollBar *v = verticalScrollBar();
-    v->setRange(0, int(std::clamp<qsizetype>(lines - page, 0, INT_MAX)));
+    v->setRange(0, int(std::clamp<qsizetype>(rows - page, 0, INT_MAX)));
     v->setPageStep(page);
     v->setSingleStep(1);
     QScrollBar *h = horizontalScrollBar();
@@ -186,12 +301,12 @@ void PlainTextView::updateScrollBars()
     h->setSingleStep(std::max(1, fontMetrics().averageCharWidth() * 2));
 }
 
-QTextLayout *PlainTextView::layoutOf(qsizetype line)
+QTextLayout *PlainTextView::layoutOf(qsizetype row)
 {
     auto &layouts = cache_->layouts;
-    if (auto it = layouts.find(line); it != layouts.end()) return it->second.get();
+    if (auto it = layouts.find(row); it != layouts.end()) return it->second.get();
     if (layouts.size() >= CacheLimit) layouts.clear();
-    auto layout = std::make_unique<QTextLayout>(text_.line(line).toString(), font(), viewport());
+    auto layout = std::make_unique<QTextLayout>(text_.row(row).toString(), font(), viewport());
     QTextOption option;
     option.setWrapMode(QTextOption::NoWrap);
     layout->setTextOption(option);
@@ -210,16 +325,16 @@ QTextLayout *PlainTextView::layoutOf(qsizetype line)
         }
     }
     QTextLayout *out = layout.get();
-    layouts.emplace(line, std::move(layout));
+    layouts.emplace(row, std::move(layout));
     return out;
 }
 
-qsizetype PlainTextView::firstVisibleLine() const { return verticalScrollBar()->value(); }
+qsizetype PlainTextView::firstVisibleRow() const { return verticalScrollBar()->value(); }
 
-qsizetype PlainTextView::lastVisibleLine() const
+qsizetype PlainTextView::lastVisibleRow() const
 {
-    const qsizetype last = firstVisibleLine() + (viewport()->height() - Margin - 1) / lineHeight();
-    return std::min(last, text_.lineCount() - 1);
+    const qsizetype last = firstVisibleRow() + (viewport()->height() - Margin - 1) / lineHeight();
+    return std::min(last, text_.rowCount() - 1);
 }
 
 void PlainTextView::paintEvent(QPaintEvent *)
@@ -230,10 +345,11 @@ void PlainTextView::paintEvent(QPaintEvent *)
     const qreal x0 = Margin - horizontalScrollBar()->value();
     const qsizetype selStart = selectionStart(), selEnd = selectionEnd();
     int y = Margin;
-    for (qsizetype line = firstVisibleLine(); line < text_.lineCount() && y < viewport()->height();
-         ++line, y += lh) {
-        QTextLayout *layout = layoutOf(line);
-        const qsizetype start = text_.lineStart(line);
+    const qsizetype caretRow = hasFocus() ? cursorRow() : -1;
+    for (qsizetype row = firstVisibleRow(); row < text_.rowCount() && y < viewport()->height();
+         ++row, y += lh) {
+        QTextLayout *layout = layoutOf(row);
+        const qsizetype start = text_.rowStart(row);
         const qsizetype len = layout->text().size();
         QList<QTextLayout::FormatRange> selections;
         if (selEnd > selStart && selStart <= start + len && selEnd > start) {
@@ -244,14 +360,14 @@ void PlainTextView::paintEvent(QPaintEvent *)
             r.format.setForeground(pal.brush(QPalette::HighlightedText));
             if (r.length > 0) selections << r;
             // A selected line end shows as a small highlighted cell behind the line.
-            if (selEnd > start + len && line + 1 < text_.lineCount()) {
+            if (selEnd > start + len && row + 1 < text_.rowCount() && text_.rowEndsLine(row)) {
                 const qreal w = layout->lineCount() ? layout->lineAt(0).naturalTextWidth() : 0;
                 p.fillRect(QRectF(x0 + w, y, fontMetrics().averageCharWidth(), lh), pal.highlight());
             }
         }
         p.setPen(pal.color(QPalette::Text));
         layout->draw(&p, QPointF(x0, y), selections);
-        if (hasFocus() && text_.lineOf(cursor_) == line && layout->lineCount()) {
+        if (row == caretRow && layout->lineCount()) {
             const qreal cx = layout->lineAt(0).cursorToX(int(cursor_ - start));
             p.fillRect(QRectF(x0 + cx, y, 1, lh), pal.color(QPalette::Text));
         }
@@ -270,7 +386,7 @@ void PlainTextView::changeEvent(QEvent *event)
     if (event->type() == QEvent::FontChange) {
         forgetLayouts();
         widest_ = 0;
-        layoutOf(text_.longestLine());
+        layoutOf(text_.rowOf(text_.lineStart(text_.longestLine())));
         updateScrollBars();
         viewport()->update();
     } else if (event->type() == QEvent::PaletteChange) {
@@ -298,6 +414,7 @@ void PlainTextView::setSelection(qsizetype anchor, qsizetype cursor)
 {
     anchor_ = std::clamp<qsizetype>(anchor, 0, text_.size());
     cursor_ = std::clamp<qsizetype>(cursor, 0, text_.size());
+    cursorAtRowEnd_ = false;
     viewport()->update();
 }
 
@@ -313,22 +430,28 @@ void PlainTextView::copy() const
     if (selectionEnd() > selectionStart()) QApplication::clipboard()->setText(selectedText());
 }
 
-void PlainTextView::moveCursor(qsizetype pos, bool keepAnchor)
+qsizetype PlainTextView::cursorRow() const
 {
-    setSelection(keepAnchor ? anchor_ : pos, pos);
-    ensureVisible(cursor_);
+    const qsizetype row = text_.rowOf(cursor_);
+    return cursorAtRowEnd_ && row > 0 && text_.rowStart(row) == cursor_ ? row - 1 : row;
 }
 
-void PlainTextView::ensureVisible(qsizetype pos)
+void PlainTextView::moveCursor(qsizetype pos, bool keepAnchor, bool atRowEnd)
 {
-    const qsizetype line = text_.lineOf(pos);
+    setSelection(keepAnchor ? anchor_ : pos, pos);
+    cursorAtRowEnd_ = atRowEnd;
+    ensureVisible(cursor_, cursorRow());
+}
+
+void PlainTextView::ensureVisible(qsizetype pos, qsizetype row)
+{
     QScrollBar *v = verticalScrollBar();
-    const int page = visibleLineCount();
-    if (line < v->value()) v->setValue(int(std::min<qsizetype>(line, INT_MAX)));
-    else if (line >= v->value() + page) v->setValue(int(std::min<qsizetype>(line - page + 1, INT_MAX)));
-    QTextLayout *layout = layoutOf(line);
+    const int page = visibleRowCount();
+    if (row < v->value()) v->setValue(int(std::min<qsizetype>(row, INT_MAX)));
+    else if (row >= v->value() + page) v->setValue(int(std::min<qsizetype>(row - page + 1, INT_MAX)));
+    QTextLayout *layout = layoutOf(row);
     if (!layout->lineCount()) return;
-    const int x = int(layout->lineAt(0).cursorToX(int(pos - text_.lineStart(line))));
+    const int x = int(layout->lineAt(0).cursorToX(int(pos - text_.rowStart(row))));
     QScrollBar *h = horizontalScrollBar();
     const int room = viewport()->width() - 2 * Margin;
     if (x < h->value()) h->setValue(x);
@@ -337,11 +460,11 @@ void PlainTextView::ensureVisible(qsizetype pos)
 
 qsizetype PlainTextView::positionAt(const QPoint &point)
 {
-    const qsizetype line = std::clamp<qsizetype>(firstVisibleLine() + (point.y() - Margin) / lineHeight()
-                                                     - (point.y() < Margin ? 1 : 0),
-                                                 0, text_.lineCount() - 1);
-    QTextLayout *layout = layoutOf(line);
-    const qsizetype start = text_.lineStart(line);
+    const int y = point.y() - Margin;
+    const qsizetype row =
+        std::clamp<qsizetype>(firstVisibleRow() + (y < 0 ? -1 : y / lineHeight()), 0, text_.rowCount() - 1);
+    QTextLayout *layout = layoutOf(row);
+    const qsizetype start = text_.rowStart(row);
     if (!layout->lineCount()) return start;
     const qreal x = point.x() - Margin + horizontalScrollBar()->value();
     return start + layout->lineAt(0).xToCursor(x);
@@ -359,12 +482,12 @@ void PlainTextView::keyPressEvent(QKeyEvent *event)
     }
     const bool shift = event->modifiers() & Qt::ShiftModifier;
     const bool ctrl = event->modifiers() & Qt::ControlModifier;
-    const qsizetype line = text_.lineOf(cursor_);
-    const qsizetype column = cursor_ - text_.lineStart(line);
-    auto toLine = [&](qsizetype target) {
-        target = std::clamp<qsizetype>(target, 0, text_.lineCount() - 1);
-        const qsizetype start = text_.lineStart(target);
-        return std::min(start + column, text_.lineEnd(target));
+    // Up, down and the page keys go by rows (a long line's pieces), keeping the column.
+    const qsizetype row = cursorRow();
+    const qsizetype column = cursor_ - text_.rowStart(row);
+    auto toRow = [&](qsizetype target) {
+        target = std::clamp<qsizetype>(target, 0, text_.rowCount() - 1);
+        return std::min(text_.rowStart(target) + column, text_.rowEnd(target));
     };
     switch (event->key()) {
     case Qt::Key_Left:
@@ -374,22 +497,22 @@ void PlainTextView::keyPressEvent(QKeyEvent *event)
         moveCursor(std::min(cursor_ + 1, text_.size()), shift);
         break;
     case Qt::Key_Up:
-        moveCursor(toLine(line - 1), shift);
+        moveCursor(toRow(row - 1), shift);
         break;
     case Qt::Key_Down:
-        moveCursor(toLine(line + 1), shift);
+        moveCursor(toRow(row + 1), shift);
         break;
     case Qt::Key_PageUp:
-        moveCursor(toLine(line - visibleLineCount()), shift);
+        moveCursor(toRow(row - visibleRowCount()), shift);
         break;
     case Qt::Key_PageDown:
-        moveCursor(toLine(line + visibleLineCount()), shift);
+        moveCursor(toRow(row + visibleRowCount()), shift);
         break;
     case Qt::Key_Home:
-        moveCursor(ctrl ? 0 : text_.lineStart(line), shift);
+        moveCursor(ctrl ? 0 : text_.rowStart(row), shift);
         break;
     case Qt::Key_End:
-        moveCursor(ctrl ? text_.size() : text_.lineEnd(line), shift);
+        moveCursor(ctrl ? text_.size() : text_.rowEnd(row), shift, !ctrl);
         break;
     default:
         // Locked: what would change the text goes nowhere.
@@ -431,9 +554,9 @@ void PlainTextView::mouseDoubleClickEvent(QMouseEvent *event)
     if (event->button() != Qt::LeftButton) return;
     // The word under the pointer.
     const qsizetype pos = positionAt(event->position().toPoint());
-    const qsizetype line = text_.lineOf(pos);
-    const qsizetype start = text_.lineStart(line);
-    const QString lineText = text_.line(line).toString();
+    const qsizetype row = text_.rowOf(pos);
+    const qsizetype start = text_.rowStart(row);
+    const QString lineText = text_.row(row).toString();
     QTextBoundaryFinder finder(QTextBoundaryFinder::Word, lineText);
     finder.setPosition(int(pos - start));
     const qsizetype from =
@@ -487,8 +610,8 @@ void PlainTextView::print(QPrinter *printer) const
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     qreal y = area.top();
-    for (qsizetype n = 0; n < text_.lineCount(); ++n) {
-        QTextLayout layout(text_.line(n).toString(), font, printer);
+    for (qsizetype n = 0; n < text_.rowCount(); ++n) {
+        QTextLayout layout(text_.row(n).toString(), font, printer);
         layout.setTextOption(option);
         layout.beginLayout();
         for (;;) {

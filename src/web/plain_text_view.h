@@ -9,6 +9,7 @@
 #include <QString>
 #include <QStringView>
 #include <memory>
+#include <utility>
 #include <vector>
 
 class QPrinter;
@@ -16,10 +17,13 @@ class QTextLayout;
 
 namespace tw {
 
-// A text whose line ends are all LF, with the start of every Step-th line indexed.
+// A text whose line ends are all LF, with the start of every Step-th line indexed. For the
+// screen a line is cut into rows of at most RowLimit characters, so that no single row costs
+// more than a bounded layout (a file of one 200 MB line stays viewable).
 class PlainText {
 public:
     static constexpr qsizetype Step = 16;
+    static constexpr qsizetype RowLimit = 4096;
 
     PlainText() { marks_.push_back(0); }
     // Text with CR LF, LF and CR line ends, NUL shown as the replacement character.
@@ -37,15 +41,36 @@ public:
     // The line with the most characters.
     qsizetype longestLine() const { return longest_; }
 
+    // Rows: the lines, each long one cut into pieces of RowLimit characters.
+    qsizetype rowCount() const;
+    qsizetype rowStart(qsizetype row) const;
+    qsizetype rowEnd(qsizetype row) const;
+    qsizetype rowOf(qsizetype pos) const;
+    QStringView row(qsizetype n) const;
+    // Whether the row ends with its line (at an LF or the end of the text).
+    bool rowEndsLine(qsizetype row) const;
+
     // Building, piece by piece: the pieces are decoded text in their raw line ends.
     void reserve(qsizetype chars) { text_.reserve(chars); }
     void append(QStringView piece);
     void clear();
 
 private:
+    // A line longer than RowLimit. Walks through the text step over it, so that no look-up
+    // reads more than RowLimit characters of a long line.
+    struct LongLine {
+        qsizetype line, start, length, firstRow, rows;
+    };
     void newLine(qsizetype start);
+    void noteLength(qsizetype line, qsizetype start, qsizetype length);
+    // The long line entry of Line, or null.
+    const LongLine *longLine(qsizetype line) const;
+    // The row of the line's start, and the line and piece of a row.
+    qsizetype firstRowOf(qsizetype line) const;
+    std::pair<qsizetype, qsizetype> lineOfRow(qsizetype row) const;
     QString text_;
     std::vector<qsizetype> marks_;  // start of lines 0, Step, 2 Step, ...
+    std::vector<LongLine> long_;  // the lines longer than RowLimit, in order
     qsizetype lines_ = 1;
     qsizetype lineBegin_ = 0;  // start of the last line while building
     qsizetype longest_ = 0, longestLen_ = 0;
@@ -74,9 +99,10 @@ public:
     void selectAll();
     void copy() const;
 
-    // The lines on show, from the first to the last (partly) painted one.
-    qsizetype firstVisibleLine() const;
-    qsizetype lastVisibleLine() const;
+    // The rows on show, from the first to the last (partly) painted one (a row is a line, or a
+    // piece of a line longer than PlainText::RowLimit).
+    qsizetype firstVisibleRow() const;
+    qsizetype lastVisibleRow() const;
     // The position under a point of the viewport.
     qsizetype positionAt(const QPoint &point);
 
@@ -98,16 +124,20 @@ protected:
     void scrollContentsBy(int dx, int dy) override;
 
 private:
-    QTextLayout *layoutOf(qsizetype line);
+    QTextLayout *layoutOf(qsizetype row);
     int lineHeight() const;
-    int visibleLineCount() const;
+    int visibleRowCount() const;
     void updateScrollBars();
-    void ensureVisible(qsizetype pos);
-    void moveCursor(qsizetype pos, bool keepAnchor);
+    // The row of the cursor: at the joint of two rows of one long line, the first when the
+    // cursor went there with End.
+    qsizetype cursorRow() const;
+    void ensureVisible(qsizetype pos, qsizetype row);
+    void moveCursor(qsizetype pos, bool keepAnchor, bool atRowEnd = false);
     void forgetLayouts();
 
     PlainText text_;
     qsizetype anchor_ = 0, cursor_ = 0;
+    bool cursorAtRowEnd_ = false;
     qreal widest_ = 0;  // the widest line known so far, in pixels
     bool dragging_ = false;
     struct Cache;

@@ -164,7 +164,7 @@ private slots:
         QVERIFY(QTest::qWaitForWindowExposed(&v));
         v.viewport()->repaint();
         QCOMPARE(v.content().lineCount(), 1);
-        QCOMPARE(v.lastVisibleLine(), 0);
+        QCOMPARE(v.lastVisibleRow(), 0);
         // Nothing to copy: the clipboard keeps what it had.
         QCOMPARE(copyAll(v), QStringLiteral("before"));
         QTest::keyClick(&v, Qt::Key_End, Qt::ControlModifier);
@@ -210,30 +210,30 @@ private slots:
         v.show();
         QVERIFY(QTest::qWaitForWindowExposed(&v));
         v.setPlainText(s);
-        QCOMPARE(v.firstVisibleLine(), 0);
+        QCOMPARE(v.firstVisibleRow(), 0);
         QTest::keyClick(&v, Qt::Key_End, Qt::ControlModifier);
-        QCOMPARE(v.lastVisibleLine(), 20000);
+        QCOMPARE(v.lastVisibleRow(), 20000);
         QCOMPARE(v.cursorPosition(), s.size());
         // The scroll bar at its end shows it too; the point under the last row is in it.
         v.verticalScrollBar()->setValue(0);
         v.verticalScrollBar()->setValue(v.verticalScrollBar()->maximum());
-        QCOMPARE(v.lastVisibleLine(), 20000);
+        QCOMPARE(v.lastVisibleRow(), 20000);
         const int lh = v.fontMetrics().lineSpacing();
         const qsizetype pos =
-            v.positionAt(QPoint(10, 4 + (v.lastVisibleLine() - v.firstVisibleLine()) * lh + 2));
+            v.positionAt(QPoint(10, 4 + (v.lastVisibleRow() - v.firstVisibleRow()) * lh + 2));
         QCOMPARE(v.content().lineOf(pos), qsizetype(20000));
         // The wheel scrolls down a few lines.
         v.verticalScrollBar()->setValue(0);
         QWheelEvent wheel(QPointF(50, 50), v.mapToGlobal(QPointF(50, 50)), QPoint(), QPoint(0, -120),
                           Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
         QApplication::sendEvent(v.viewport(), &wheel);
-        QVERIFY(v.firstVisibleLine() > 0);
+        QVERIFY(v.firstVisibleRow() > 0);
         // Page Down moves a page.
         v.verticalScrollBar()->setValue(0);
         QTest::keyClick(&v, Qt::Key_Home, Qt::ControlModifier);
         QTest::keyClick(&v, Qt::Key_PageDown);
         QTest::keyClick(&v, Qt::Key_PageDown);
-        QVERIFY(v.firstVisibleLine() > 0);
+        QVERIFY(v.firstVisibleRow() > 0);
     }
 
     void keyboardAndMouseSelect()
@@ -307,6 +307,63 @@ private slots:
         QCOMPARE(v.selectedText(), QStringLiteral("menu text"));
     }
 
+    void longLinesAreCutIntoRows()
+    {
+        constexpr qsizetype R = PlainText::RowLimit;
+        PlainText t;
+        // A short line, a line of 2.5 rows built across pieces, one of exactly one row, one of
+        // exactly two, and a last line of 1.5 rows without its end.
+        t.append(u"short\n");
+        const QString a(R * 2 + R / 2, u'a');
+        t.append(QStringView(a).left(R));
+        t.append(QStringView(a).mid(R));
+        t.append(u"\n");
+        t.append(QString(R, u'b') + u'\n' + QString(2 * R, u'c') + u'\n' + QString(R + R / 2, u'd'));
+        QCOMPARE(t.lineCount(), 5);
+        QCOMPARE(t.rowCount(), 1 + 3 + 1 + 2 + 2);
+        QCOMPARE(t.row(0).toString(), QStringLiteral("short"));
+        QCOMPARE(t.row(1).size(), R);
+        QCOMPARE(t.row(3).size(), R / 2);
+        QVERIFY(!t.rowEndsLine(1) && t.rowEndsLine(3));
+        QCOMPARE(t.row(4).toString(), QString(R, u'b'));
+        QCOMPARE(t.row(5).toString(), QString(R, u'c'));
+        QCOMPARE(t.row(6).toString(), QString(R, u'c'));
+        QCOMPARE(t.row(7).toString(), QString(R, u'd'));
+        QCOMPARE(t.row(8).toString(), QString(R / 2, u'd'));
+        // Every position maps back to the row that holds it; a row's end belongs to it only at
+        // the end of its line.
+        for (qsizetype r = 0; r < t.rowCount(); ++r) {
+            QCOMPARE(t.rowOf(t.rowStart(r)), r);
+            if (t.rowEndsLine(r)) QCOMPARE(t.rowOf(t.rowEnd(r)), r);
+        }
+        QCOMPARE(t.rowOf(t.size()), t.rowCount() - 1);
+        // Lines and rows of a text of short and long lines mixed agree with a plain count.
+        QString mixed;
+        QList<qsizetype> starts;
+        for (int i = 0; i < 100; ++i) {
+            starts << mixed.size();
+            mixed += i % 7 == 3 ? QString(R * (1 + i % 3) + i, QChar(u'A' + i % 26)) : QString::number(i);
+            mixed += u'\n';
+        }
+        starts << mixed.size();
+        const PlainText m = PlainText::fromString(mixed);
+        QCOMPARE(m.lineCount(), 101);
+        qsizetype rowCount = 0;
+        for (int i = 0; i <= 100; ++i) {
+            QCOMPARE(m.lineStart(i), starts[i]);
+            QCOMPARE(m.lineOf(starts[i]), qsizetype(i));
+            QCOMPARE(m.rowOf(starts[i]), rowCount);
+            const qsizetype len = (i < 100 ? starts[i + 1] - 1 : mixed.size()) - starts[i];
+            QCOMPARE(m.lineEnd(i), starts[i] + len);
+            QCOMPARE(m.lineOf(starts[i] + len), qsizetype(i));
+            rowCount += std::max<qsizetype>(1, (len + R - 1) / R);
+        }
+        QCOMPARE(m.rowCount(), rowCount);
+        // A file of only short lines has a row for each line.
+        const PlainText s = PlainText::fromString(u"a\nb\n");
+        QCOMPARE(s.rowCount(), s.lineCount());
+    }
+
     void aLineOfOneMegabyte()
     {
         QByteArray line;
@@ -324,14 +381,50 @@ private slots:
         v.viewport()->repaint();
         QVERIFY2(t.elapsed() < 5000, qPrintable(QString::number(t.elapsed())));
         QCoreApplication::processEvents();
-        // The long line gives the horizontal range; End on it scrolls to its end.
-        QVERIFY(v.horizontalScrollBar()->maximum() > 1000000);
+        // The line shows in rows of RowLimit characters, scrolled sideways.
+        const qsizetype rows = (line.size() + PlainText::RowLimit - 1) / PlainText::RowLimit;
+        QCOMPARE(v.content().rowCount(), 1 + rows + 2);
+        QVERIFY(v.horizontalScrollBar()->maximum() > 1000);
         QTest::keyClick(&v, Qt::Key_Down);
         QTest::keyClick(&v, Qt::Key_End);
         v.viewport()->repaint();
-        QCOMPARE(v.cursorPosition(), qsizetype(7 + line.size()));
-        QVERIFY(v.horizontalScrollBar()->value() > 1000000);
+        QCOMPARE(v.cursorPosition(), qsizetype(7 + PlainText::RowLimit));
+        QVERIFY(v.horizontalScrollBar()->value() > 1000);
+        // Ctrl+End: the last row is shown.
+        QTest::keyClick(&v, Qt::Key_End, Qt::ControlModifier);
+        QCOMPARE(v.lastVisibleRow(), v.content().rowCount() - 1);
         QCOMPARE(copyAll(v), QString::fromLatin1("before\n" + line + "\nafter\n"));
+    }
+
+    void aFileOfOne200MegabyteLineStaysUsable()
+    {
+        // 200 MB of NUL bytes (a sparse file): one line, every character the replacement
+        // character. It loads, paints, scrolls to its end and selects, in bounded time.
+        const qint64 size = 200ll << 20;
+        {
+            QFile f(file("huge.txt"));
+            QVERIFY(f.open(QIODevice::WriteOnly));
+            QVERIFY(f.resize(size));
+        }
+        QElapsedTimer t;
+        t.start();
+        auto text = readFile(file("huge.txt"));
+        QFile::remove(file("huge.txt"));
+        QVERIFY(text);
+        QCOMPARE(text->size(), size);
+        QCOMPARE(text->lineCount(), 1);
+        PlainTextView v;
+        v.resize(400, 300);
+        v.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&v));
+        v.setContent(std::move(*text));
+        v.viewport()->repaint();
+        QTest::keyClick(&v, Qt::Key_End, Qt::ControlModifier);
+        v.viewport()->repaint();
+        QCOMPARE(v.lastVisibleRow(), v.content().rowCount() - 1);
+        QTest::keyClick(&v, Qt::Key_Up, Qt::ShiftModifier);
+        QCOMPARE(v.selectedText().size(), PlainText::RowLimit);
+        QVERIFY2(t.elapsed() < 8000, qPrintable(QString::number(t.elapsed())));
     }
 
     void printsAllTextOnPagesLikeATextDocument()
