@@ -145,33 +145,6 @@ private slots:
                  qPrintable(text));
     }
 
-    void plainTextShowsInTheDocumentColoursAndFont()
-    {
-        writeAll(file("c.txt"), "coloured\r\n");
-        w->DisplayFile(file("c.txt"));
-        PlainTextView *v = docs()->Text1->plainView();
-        QVERIFY(v->isVisible());
-        QCOMPARE(v->font().family(), QStringLiteral("MS Sans Serif"));
-        QCOMPARE(v->font().pointSize(), 8);
-        const QColor back = toQColor(G.Colors.DocumentBack), text = toQColor(G.Colors.DocumentText);
-        QCOMPARE(v->palette().color(QPalette::Base), back);
-        QCOMPARE(v->palette().color(QPalette::Text), text);
-        // What is painted: the background below the text, and the text's colour in its row
-        // (near it: the glyphs are smoothed).
-        const QImage img = v->viewport()->grab().toImage();
-        QCOMPARE(QColor(img.pixel(img.width() - 2, img.height() - 2)), back);
-        bool sawText = false;
-        const int rowHeight = v->fontMetrics().lineSpacing();
-        for (int y = 4; y < 4 + rowHeight && !sawText; ++y)
-            for (int x = 4; x < 80 && !sawText; ++x) {
-                const QColor c(img.pixel(x, y));
-                sawText = std::abs(c.red() - text.red()) + std::abs(c.green() - text.green())
-                        + std::abs(c.blue() - text.blue())
-                    < 120;
-            }
-        QVERIFY(sawText);
-    }
-
     void pdfPrintsWhatText1LastHeld()
     {
         // PDF is outside the browser's set of seven: the print goes to Text1's contents.
@@ -217,6 +190,33 @@ private slots:
                                      .contains(QRegularExpression(QStringLiteral("Pages:\\s+1"))),
                                  10000);
         printOutputFile().clear();
+    }
+
+    void plainTextShowsInTheDocumentColoursAndFont()
+    {
+        writeAll(file("c.txt"), "coloured\r\n");
+        w->DisplayFile(file("c.txt"));
+        PlainTextView *v = docs()->Text1->plainView();
+        QVERIFY(v->isVisible());
+        QCOMPARE(v->font().family(), QStringLiteral("MS Sans Serif"));
+        QCOMPARE(v->font().pointSize(), 8);
+        const QColor back = toQColor(G.Colors.DocumentBack), text = toQColor(G.Colors.DocumentText);
+        QCOMPARE(v->palette().color(QPalette::Base), back);
+        QCOMPARE(v->palette().color(QPalette::Text), text);
+        // What is painted: the background below the text, and the text's colour in its row
+        // (near it: the glyphs are smoothed).
+        const QImage img = v->viewport()->grab().toImage();
+        QCOMPARE(QColor(img.pixel(img.width() - 2, img.height() - 2)), back);
+        bool sawText = false;
+        const int rowHeight = v->fontMetrics().lineSpacing();
+        for (int y = 4; y < 4 + rowHeight && !sawText; ++y)
+            for (int x = 4; x < 80 && !sawText; ++x) {
+                const QColor c(img.pixel(x, y));
+                sawText = std::abs(c.red() - text.red()) + std::abs(c.green() - text.green())
+                        + std::abs(c.blue() - text.blue())
+                    < 120;
+            }
+        QVERIFY(sawText);
     }
 
     void rtfKeepsItsFontsSizesStylesAndColours()
