@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QStringDecoder>
 #include <QThread>
+#include <new>
 
 namespace tw {
 
@@ -75,8 +76,14 @@ bool PlainTextJob::read(bool utf8)
 
 void PlainTextJob::run()
 {
-    bool ok = read(true);
-    if (!ok && !cancel && QFile::exists(path_)) ok = read(false);
+    bool ok = false;
+    try {
+        ok = read(true);
+        if (!ok && !cancel && QFile::exists(path_)) ok = read(false);
+    } catch (const std::bad_alloc &) {
+        // A file larger than the memory can hold: the read fails, the former text stays.
+        ok = false;
+    }
     if (!ok || cancel) text_.reset();
     finished = true;
     if (onFinished) onFinished();

@@ -17,6 +17,7 @@
 #include <QTest>
 #include <QTextDocument>
 #include <QTimer>
+#include <sys/resource.h>
 
 using namespace tw;
 
@@ -198,6 +199,28 @@ private slots:
         QDir(dir.path()).mkdir(QStringLiteral("folder.txt"));
         QVERIFY(!readFile(file("folder.txt")));
         QVERIFY(!readFile(file("missing.txt")));
+    }
+
+    void aFileLargerThanTheMemoryFailsTheRead()
+    {
+#if defined(__SANITIZE_ADDRESS__)
+        QSKIP("the address sanitizer reserves its own address space");
+#endif
+        // 200 MB need 400 MB of text; the address space is cut to 150 MB above what is used.
+        {
+            QFile f(file("toolarge.txt"));
+            QVERIFY(f.open(QIODevice::WriteOnly));
+            QVERIFY(f.resize(200ll << 20));
+        }
+        rlimit old{};
+        QVERIFY(getrlimit(RLIMIT_AS, &old) == 0);
+        rlimit cut = old;
+        cut.rlim_cur = rlim_t(statusKiB("VmSize:")) * 1024 + (150 << 20);
+        QVERIFY(setrlimit(RLIMIT_AS, &cut) == 0);
+        auto text = readFile(file("toolarge.txt"));
+        QVERIFY(setrlimit(RLIMIT_AS, &old) == 0);
+        QFile::remove(file("toolarge.txt"));
+        QVERIFY(!text);
     }
 
     void scrollToEndShowsTheLastLine()
