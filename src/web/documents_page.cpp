@@ -12,7 +12,9 @@
 #include "core/tool_ids.h"
 #include "core/tool_manager.h"
 #include "web/document_browser.h"
+#include "web/document_text.h"
 #include "web/plain_text_reader.h"
+#include "web/plain_text_view.h"
 #include "web/text_loading.h"
 #include "web/web_view.h"
 
@@ -27,9 +29,6 @@
 #include <QMainWindow>
 #include <QProgressDialog>
 #include <QTemporaryDir>
-#include <QTextDocument>
-#include <QTextEdit>
-#include <QThread>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <thread>
@@ -132,7 +131,7 @@ void DocumentsPage::build(QWidget *panel)
     p6->addWidget(Text6);
     // The two surfaces share one cell; the loaders show one and hide the other.
     auto *cell = new QGridLayout;
-    Text1 = new QTextEdit(panel);
+    Text1 = new DocumentText(panel);
     Text1->setObjectName(QStringLiteral("Text1"));
     Text1->setReadOnly(true);
     Text1->hide();
@@ -197,13 +196,10 @@ void DocumentsPage::LoadText(const QString &path)
         Text1->show();
         Text1->setReadOnly(false);
         Text1->setFont(QFont(QStringLiteral("MS Sans Serif"), 8));
-        QTextDocument *doc = readPlainText(path);
+        std::optional<PlainText> text = readPlainText(path);
         // A failed read ends here: the former contents stay.
-        if (!doc) return;
-        doc->setDefaultFont(Text1->font());
-        Text1->setDocument(doc);
-        delete ownDocument_;
-        ownDocument_ = doc;
+        if (!text) return;
+        Text1->setContent(std::move(*text));
         Text1->setReadOnly(true);
     } else {
         Text1->show();
@@ -218,13 +214,12 @@ void DocumentsPage::LoadText(const QString &path)
     Text1Document = path;
 }
 
-QTextDocument *DocumentsPage::readPlainText(const QString &path)
+std::optional<PlainText> DocumentsPage::readPlainText(const QString &path)
 {
     auto job = std::make_shared<PlainTextJob>(path);
     QEventLoop loop;
     job->onFinished = [&loop] { QMetaObject::invokeMethod(&loop, "quit", Qt::QueuedConnection); };
-    QThread *mainThread = QThread::currentThread();
-    std::thread worker([job, mainThread] { job->run(mainThread); });
+    std::thread worker([job] { job->run(); });
     {
         BusyScope busy;
         QProgressDialog progress(QStringLiteral("Loading Document - ") + path, QStringLiteral("Cancel"), 0,
@@ -245,7 +240,7 @@ QTextDocument *DocumentsPage::readPlainText(const QString &path)
         if (!job->finished.load()) loop.exec();
     }
     worker.join();
-    return job->takeDocument();
+    return job->takeText();
 }
 
 // ---------------------------------------------------------------- commands

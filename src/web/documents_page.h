@@ -6,14 +6,16 @@
 
 #include <QString>
 
+#include <optional>
+
 class QLabel;
 class QListWidget;
-class QTextDocument;
-class QTextEdit;
 
 namespace tw {
 
 class DocumentBrowser;
+class DocumentText;
+class PlainText;
 
 class DocumentsPage : public TabPage {
 public:
@@ -41,7 +43,7 @@ public:
     QString Text1Document, WebBrowser1Document;
 
     QLabel *Text6 = nullptr;  // the document panel's caption, which carries the help topic
-    QTextEdit *Text1 = nullptr;
+    DocumentText *Text1 = nullptr;  // plain text compactly, rich text in a rich text box
     DocumentBrowser *WebBrowser1 = nullptr;
     QListWidget *List6 = nullptr;  // documents seen
 
@@ -50,11 +52,9 @@ protected:
 
 private:
     QString selectedDocument() const;
-    // The plain text of Path as a document for Text1, read on a worker thread; a long read
-    // shows its progress and can be stopped. Null when the file cannot be read or the user
-    // stopped it.
-    QTextDocument *readPlainText(const QString &path);
-    QTextDocument *ownDocument_ = nullptr;
+    // The plain text of Path for Text1, read on a worker thread; a long read shows its
+    // progress and can be stopped. Nothing when the file cannot be read or the user stopped it.
+    std::optional<PlainText> readPlainText(const QString &path);
 };
 
 }  // namespace tw

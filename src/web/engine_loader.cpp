@@ -5,6 +5,8 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLibrary>
+#include <QThreadPool>
+#include <atomic>
 #include <mutex>
 
 namespace tw {
@@ -16,7 +18,20 @@ const bool sharedContexts = [] {
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     return true;
 }();
+
+std::atomic<bool> &loadDone()
+{
+    static std::atomic<bool> done{false};
+    return done;
+}
 }  // namespace
+
+bool engineTableLoaded() { return loadDone().load(); }
+
+void preloadEngineTable()
+{
+    if (!engineTableLoaded()) QThreadPool::globalInstance()->start([] { engineTable(); });
+}
 
 const EngineTable *engineTable()
 {
@@ -24,6 +39,9 @@ const EngineTable *engineTable()
     static std::once_flag once;
     (void)sharedContexts;
     std::call_once(once, [] {
+        struct Done {
+            ~Done() { loadDone() = true; }
+        } done;
         if (!QCoreApplication::instance()) return;
         const QString exe = QCoreApplication::applicationDirPath();
         // The build's lib/ folder, or where the installation put it.

@@ -9,6 +9,7 @@
 #include "core/scenario_hooks.h"
 #include "core/tool_ids.h"
 #include "core/tool_manager.h"
+#include "web/engine/engine_api.h"
 #include "web/int_favorites.h"
 #include "web/web_view.h"
 
@@ -110,6 +111,9 @@ void InternetPage::reset()
 
 void InternetPage::entering()
 {
+    // The Internet tab is where pages are shown: the web engine module is loaded now, off the
+    // window's thread, while the address is being typed, so the first page does not wait for it.
+    preloadEngineTable();
     ToolManager &t = host_.tools();
     t.setToolbarVisible(6, true);
     enteringNow_ = true;

@@ -10,6 +10,8 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QStringDecoder>
+#include <csignal>
+#include <unistd.h>
 
 namespace tw {
 
@@ -44,6 +46,15 @@ QString decodeText(const QByteArray &bytes)
 }
 
 namespace {
+// Stops a converter and whatever it started: LibreOffice's soffice is a script that runs the
+// office in a process of its own, which would live on after the script alone was killed.
+void stopConverter(QProcess &p)
+{
+    if (const qint64 pid = p.processId(); pid > 0) ::kill(-pid_t(pid), SIGKILL);
+    p.kill();
+    p.waitForFinished(2000);
+}
+
 QPointer<QWidget> &progressWindow()
 {
     static QPointer<QWidget> w;
@@ -60,6 +71,8 @@ std::optional<QByteArray> runConverter(const QString &program, const QStringList
     QProcess p;
     p.setProcessChannelMode(QProcess::SeparateChannels);
     p.setStandardInputFile(QProcess::nullDevice());
+    // A process group of its own, so that a stop reaches the converter's own children too.
+    p.setChildProcessModifier([] { ::setpgid(0, 0); });
     p.start(exe, args);
     if (!p.waitForStarted(5000)) return std::nullopt;
     if (QWidget *parent = progressWindow()) {
@@ -85,13 +98,11 @@ std::optional<QByteArray> runConverter(const QString &program, const QStringList
         });
         if (p.state() != QProcess::NotRunning) loop.exec();
         if (stopped) {
-            p.kill();
-            p.waitForFinished(2000);
+            stopConverter(p);
             return std::nullopt;
         }
     } else if (!p.waitForFinished(timeoutMs)) {
-        p.kill();
-        p.waitForFinished(2000);
+        stopConverter(p);
         return std::nullopt;
     }
     if (p.exitStatus() != QProcess::NormalExit || p.exitCode() != 0) return std::nullopt;

@@ -19,6 +19,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QColorDialog>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDir>
 #include <QDragEnterEvent>
@@ -1039,6 +1040,9 @@ private:
         if (what == QLatin1String("tab")) {
             if (!win_) return Outcome::fail(QStringLiteral("the program is not started"));
             return same(win_->selectedTabKey(), arg(2), QStringLiteral("tab"));
+        }
+        if (what == QLatin1String("clipboard")) {
+            return same(QGuiApplication::clipboard()->text(), arg(2), QStringLiteral("clipboard"));
         }
         if (what == QLatin1String("filedialog")) {
             if (t.size() < 3) return Outcome::fail(QStringLiteral("expect filedialog needs a title"));

@@ -3,13 +3,17 @@
 // never answers.
 #include "app/tarnwick1.h"
 #include "common/main_window_fixture.h"
+#include "core/colors.h"
 #include "core/globals.h"
 #include "core/tool_ids.h"
 #include "pictures/pictures_module.h"
 #include "web/document_browser.h"
 #include "web/engine/engine_api.h"
 #include "web/get_url.h"
+#include "web/document_text.h"
 #include "web/documents_page.h"
+#include "web/plain_text_reader.h"
+#include "web/plain_text_view.h"
 #include "web/internet_page.h"
 #include "web/text_loading.h"
 #include "web/web_view.h"
@@ -111,6 +115,22 @@ private slots:
     {
         // Start-up pays nothing for the engine: it is made on first use.
         QVERIFY(!web()->built() || !web()->browser()->engineMade());
+        // Nor is the engine module loaded at start-up.
+        auto moduleMapped = [] {
+            QFile maps(QStringLiteral("/proc/self/maps"));
+            return maps.open(QIODevice::ReadOnly) && maps.readAll().contains("libtw_webengine.so");
+        };
+        QVERIFY(!engineTableLoaded());
+        QVERIFY(!moduleMapped());
+        // Entering the Internet tab loads the module in the background, while the address is
+        // typed; the engine itself waits for the first page.
+        const int before = w->selectedTab();
+        w->selectTab(7);
+        QTRY_VERIFY_WITH_TIMEOUT(engineTableLoaded(), 10000);
+        QVERIFY(moduleMapped());
+        QVERIFY(engineTable() != nullptr);
+        QVERIFY(!web()->browser()->engineMade());
+        w->selectTab(before);
     }
 
     void textPrintsAllItHolds()
@@ -172,11 +192,38 @@ private slots:
         printOutputFile().clear();
     }
 
+    void plainTextShowsInTheDocumentColoursAndFont()
+    {
+        writeAll(file("c.txt"), "coloured\r\n");
+        w->DisplayFile(file("c.txt"));
+        PlainTextView *v = docs()->Text1->plainView();
+        QVERIFY(v->isVisible());
+        QCOMPARE(v->font().family(), QStringLiteral("MS Sans Serif"));
+        QCOMPARE(v->font().pointSize(), 8);
+        const QColor back = toQColor(G.Colors.DocumentBack), text = toQColor(G.Colors.DocumentText);
+        QCOMPARE(v->palette().color(QPalette::Base), back);
+        QCOMPARE(v->palette().color(QPalette::Text), text);
+        // What is painted: the background below the text, and the text's colour in its row
+        // (near it: the glyphs are smoothed).
+        const QImage img = v->viewport()->grab().toImage();
+        QCOMPARE(QColor(img.pixel(img.width() - 2, img.height() - 2)), back);
+        bool sawText = false;
+        const int rowHeight = v->fontMetrics().lineSpacing();
+        for (int y = 4; y < 4 + rowHeight && !sawText; ++y)
+            for (int x = 4; x < 80 && !sawText; ++x) {
+                const QColor c(img.pixel(x, y));
+                sawText = std::abs(c.red() - text.red()) + std::abs(c.green() - text.green())
+                        + std::abs(c.blue() - text.blue())
+                    < 120;
+            }
+        QVERIFY(sawText);
+    }
+
     void rtfKeepsItsFontsSizesStylesAndColours()
     {
         QFile::copy(QStringLiteral(TW_FIXTURES "/web/styled.rtf"), file("s.rtf"));
         w->DisplayFile(file("s.rtf"));
-        QTextDocument *doc = docs()->Text1->document();
+        QTextDocument *doc = docs()->Text1->richText()->document();
         auto formatAt = [doc](const QString &word) {
             QTextCursor c = doc->find(word);
             return c.charFormat();
@@ -220,7 +267,10 @@ private slots:
         poll.start(50);
         QElapsedTimer t;
         t.start();
+        // The reader is quick: a pause after each piece makes the read long enough to stop.
+        PlainTextJob::pieceDelayMs = 150;
         w->DisplayFile(file("big.txt"));
+        PlainTextJob::pieceDelayMs = 0;
         poll.stop();
         QVERIFY(sawProgress);
         QVERIFY2(t.elapsed() < 8000, qPrintable(QString::number(t.elapsed())));
@@ -234,7 +284,8 @@ private slots:
         // A converter that never finishes: its box shows and Cancel ends the wait.
         const QString bin = dir.path() + QStringLiteral("/bin");
         QDir().mkpath(bin);
-        writeAll(bin + QStringLiteral("/slowconv"), "#!/bin/sh\nsleep 60\n");
+        writeAll(bin + QStringLiteral("/slowconv"),
+                 ("#!/bin/sh\nsleep 60 &\necho $! > " + file("child.pid").toLocal8Bit() + "\nwait\n"));
         QFile::setPermissions(bin + QStringLiteral("/slowconv"),
                               QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         const QByteArray oldPath = qgetenv("PATH");
@@ -256,6 +307,19 @@ private slots:
         QVERIFY(!out.has_value());
         QVERIFY(sawProgress);
         QVERIFY2(t.elapsed() < 5000, qPrintable(QString::number(t.elapsed())));
+        // What the converter started is stopped with it.
+        QFile pidFile(file("child.pid"));
+        QVERIFY(pidFile.open(QIODevice::ReadOnly));
+        const QByteArray child = pidFile.readAll().trimmed();
+        QVERIFY(!child.isEmpty());
+        QTRY_VERIFY_WITH_TIMEOUT(
+            [&] {
+                QFile stat(QStringLiteral("/proc/") + QString::fromLatin1(child) + QStringLiteral("/stat"));
+                if (!stat.open(QIODevice::ReadOnly)) return true;  // gone
+                const QByteArray s = stat.readAll();
+                return s.mid(s.lastIndexOf(')') + 2, 1) == "Z";  // dead, waiting to be reaped
+            }(),
+            3000);
     }
 
     void wordDocumentsRenderThroughTheOfficeConverterWhenInstalled()
@@ -286,7 +350,7 @@ private slots:
         qputenv("PATH", oldPath);
         QVERIFY(docs()->Text1->isVisible());
         QCOMPARE(docs()->Text1->toPlainText(), QStringLiteral("Rendered note.wri"));
-        QVERIFY(docs()->Text1->document()->toHtml().contains(QLatin1String("font-weight")));
+        QVERIFY(docs()->Text1->richText()->document()->toHtml().contains(QLatin1String("font-weight")));
     }
 
     void stalledServerCanBeStopped()

@@ -65,7 +65,13 @@ struct EngineTable {
 constexpr int EngineTableVersion = 1;
 constexpr const char *EngineTableSymbol = "tw_web_engine_table";
 
-// The module's table, the module loaded on the first call; null when it is not there.
+// The module's table, the module loaded on the first call; null when it is not there. A call
+// while the module is being loaded on another thread waits for that load.
 const EngineTable *engineTable();
+// Whether the module's load has been done (or tried).
+bool engineTableLoaded();
+// Loads the module off the window's thread, so that the first page or PDF does not wait for
+// it; the engines themselves are still made on first use.
+void preloadEngineTable();
 
 }  // namespace tw
