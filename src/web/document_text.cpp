@@ -4,7 +4,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
-#include <QPrinter>
+#include <QPagedPaintDevice>
 #include <QTextEdit>
 #include <memory>
 
@@ -71,7 +71,7 @@ void DocumentText::copy()
     else plain_->copy();
 }
 
-void DocumentText::print(QPrinter *printer) const
+void DocumentText::print(QPagedPaintDevice *printer) const
 {
     if (showsRichText()) rich_->print(printer);
     else plain_->print(printer);

@@ -7,7 +7,7 @@
 #include <QStackedWidget>
 #include <QString>
 
-class QPrinter;
+class QPagedPaintDevice;
 class QTextEdit;
 
 namespace tw {
@@ -34,7 +34,7 @@ public:
     void selectAll();
     void copy();
     // Prints all the contents.
-    void print(QPrinter *printer) const;
+    void print(QPagedPaintDevice *printer) const;
 
     PlainTextView *plainView() const { return plain_; }
     QTextEdit *richText() const { return rich_; }

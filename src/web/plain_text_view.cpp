@@ -6,7 +6,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
-#include <QPrinter>
+#include <QPagedPaintDevice>
 #include <QScrollBar>
 #include <QTextBoundaryFinder>
 #include <QTextLayout>
@@ -590,7 +590,7 @@ void PlainTextView::contextMenuEvent(QContextMenuEvent *event)
 
 // ---------------------------------------------------------------- printing
 
-void PlainTextView::print(QPrinter *printer) const
+void PlainTextView::print(QPagedPaintDevice *printer) const
 {
     QPainter p(printer);
     if (!p.isActive()) return;
@@ -599,7 +599,7 @@ void PlainTextView::print(QPrinter *printer) const
     p.setPen(Qt::black);
     const int dpiy = printer->logicalDpiY();
     const qreal margin = 2 / 2.54 * dpiy;  // 2 cm all round, the page number in the bottom one
-    const QSizeF body = printer->pageLayout().paintRectPixels(printer->resolution()).size();
+    const QSizeF body = printer->pageLayout().paintRectPixels(dpiy).size();
     const QRectF area(margin, margin, body.width() - 2 * margin, body.height() - 2 * margin);
     const QFontMetricsF fm(font, printer);
     int page = 1;

@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-class QPrinter;
+class QPagedPaintDevice;
 class QTextLayout;
 
 namespace tw {
@@ -107,7 +107,7 @@ public:
     qsizetype positionAt(const QPoint &point);
 
     // Prints all the text, lines wrapped to the page, 2 cm margins, page numbers.
-    void print(QPrinter *printer) const;
+    void print(QPagedPaintDevice *printer) const;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
