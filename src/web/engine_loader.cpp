@@ -1,10 +1,9 @@
 // Loads the web engine module beside the program the first time a page or a PDF is shown.
 #include "web/engine/engine_api.h"
 
+#include "core/modules.h"
+
 #include <QCoreApplication>
-#include <QDir>
-#include <QFileInfo>
-#include <QLibrary>
 #include <QThreadPool>
 #include <atomic>
 #include <mutex>
@@ -42,28 +41,15 @@ const EngineTable *engineTable()
         struct Done {
             ~Done() { loadDone() = true; }
         } done;
-        if (!QCoreApplication::instance()) return;
-        const QString exe = QCoreApplication::applicationDirPath();
-        // The build's lib/ folder, or where the installation put it.
-        for (const QString &path :
-             {exe + QStringLiteral("/../lib/libtw_webengine.so"),
-              exe + QStringLiteral("/" TW_WEBENGINE_MODULE_FROM_BIN "/libtw_webengine.so")}) {
-            if (!QFileInfo::exists(path)) continue;
-            QLibrary lib(QDir::cleanPath(path));
-            lib.setLoadHints(QLibrary::PreventUnloadHint);
-            using Entry = const EngineTable *(*)();
-            auto entry = reinterpret_cast<Entry>(lib.resolve(EngineTableSymbol));
-            if (!entry) {
-                qWarning("web engine module: %s", qPrintable(lib.errorString()));
-                continue;
-            }
-            const EngineTable *t = entry();
-            if (t && t->version == EngineTableVersion) {
-                table = t;
-                return;
-            }
+        QString why;
+        const EngineTable *t =
+            moduleTable<EngineTable>(QStringLiteral("libtw_webengine.so"), EngineTableSymbol, &why);
+        if (t && t->version == EngineTableVersion) {
+            table = t;
+            return;
         }
-        qWarning("web engine module libtw_webengine.so is missing: pages and PDFs stay blank");
+        qWarning("web engine module: %s: pages and PDFs stay blank",
+                 qPrintable(t ? QStringLiteral("of another version") : why));
     });
     return table;
 }
