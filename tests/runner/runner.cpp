@@ -176,7 +176,9 @@ private:
             return;
         }
         if (pc_ >= script_.size()) {
-            if (running_ > 0) return;
+            // A box with no statement left to answer it fails the scenario, also while the
+            // last statement still waits on it (a close that asks a question).
+            if (running_ > 0 && !activeBox()) return;
             if (QMessageBox *b = activeBox()) {
                 fail(script_.empty() ? 0 : script_.back().line,
                      QStringLiteral("a message box was left unanswered: \"%1\" \"%2\"")
