@@ -30,7 +30,11 @@
 #include <unistd.h>
 #include <atomic>
 #include <cerrno>
+#include <condition_variable>
 #include <cstring>
+#include <deque>
+#include <mutex>
+#include <thread>
 
 extern char **environ;
 
@@ -146,7 +150,7 @@ const QString &helperExecutable()
     return path;
 }
 
-bool spawn(Helper *out, QString *detail)
+bool spawnHere(Helper *out, QString *detail)
 {
     const QString exe = helperExecutable();
     if (exe.isEmpty()) {
@@ -190,6 +194,64 @@ bool spawn(Helper *out, QString *detail)
     ++g_running;
     return true;
 }
+
+// Helpers are started from one thread kept for that alone, for the life of the program: a
+// helper asks the kernel to end it when the thread that started it ends (the parent-death
+// signal belongs to a thread, not to the process), and the worker threads that ask for
+// helpers come and go.
+class Spawner {
+public:
+    static Spawner &instance()
+    {
+        static Spawner *s = new Spawner;  // never destroyed: its thread runs until the program ends
+        return *s;
+    }
+    bool spawn(Helper *out, QString *detail)
+    {
+        Job job{out, detail};
+        std::unique_lock<std::mutex> lock(mutex_);
+        queue_.push_back(&job);
+        wake_.notify_all();
+        finished_.wait(lock, [&] { return job.done; });
+        return job.ok;
+    }
+
+private:
+    struct Job {
+        Helper *out;
+        QString *detail;
+        bool ok = false;
+        bool done = false;
+    };
+    Spawner()
+    {
+        std::thread([this] { loop(); }).detach();
+    }
+    [[noreturn]] void loop()
+    {
+        std::unique_lock<std::mutex> lock(mutex_);
+        for (;;) {
+            wake_.wait(lock, [&] { return !queue_.empty(); });
+            Job *job = queue_.front();
+            queue_.pop_front();
+            lock.unlock();
+            QString detail;
+            Helper h;
+            const bool ok = spawnHere(&h, &detail);
+            lock.lock();
+            *job->out = h;
+            if (job->detail && !ok) *job->detail = detail;
+            job->ok = ok;
+            job->done = true;
+            finished_.notify_all();
+        }
+    }
+    std::mutex mutex_;
+    std::condition_variable wake_, finished_;
+    std::deque<Job *> queue_;
+};
+
+bool spawn(Helper *out, QString *detail) { return Spawner::instance().spawn(out, detail); }
 
 void retire(Helper &h, bool kill)
 {
@@ -486,7 +548,7 @@ int workerHelperLimit() { return workerLimitNow(); }
 void setWorkerHelperLimit(int helpers)
 {
     QMutexLocker lock(&g_mutex);
-    g_workerLimit = std::max(helpers, 1);
+    g_workerLimit = std::max(helpers, 0);
     g_workerFreed.wakeAll();
 }
 

@@ -55,7 +55,7 @@ int helpersRunning();
 int helpersBusy();
 
 // The most helpers that threads other than the user-interface thread hold at once (the
-// machine's core count, at least 2, unless set).
+// machine's core count, at least 2, unless set; 0 sets it back to that).
 void setWorkerHelperLimit(int helpers);
 int workerHelperLimit();
 
