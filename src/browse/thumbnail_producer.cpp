@@ -148,11 +148,13 @@ ThumbEvent makeThumbnailWithPictureDecoder(const QString &path, int width, int h
     const int factsStatus = readPictureFacts(path, 1, &facts);
     // A wait given up (the browse stopped) says nothing of the file: no failure is recorded.
     if (factsStatus == ImagingEscapePressed) return failed(ev, ThumbUnreadable, nullptr);
-    if (factsStatus == ImagingOk) {
-        ev.sourceWidth = facts.width;
-        ev.sourceHeight = facts.height;
-        if (int64_t(facts.width) * facts.height > maxPixels) return failed(ev, ThumbTooLarge, cache);
-    }
+    if (factsStatus == ImagingFileNotFound) return failed(ev, ThumbFileMissing, nullptr);
+    // Facts that no decoder could give (where the header says too little, they come from a
+    // decode): a second decode would fail the same way, and take as long.
+    if (factsStatus != ImagingOk) return failed(ev, ThumbUnreadable, cache);
+    ev.sourceWidth = facts.width;
+    ev.sourceHeight = facts.height;
+    if (int64_t(facts.width) * facts.height > maxPixels) return failed(ev, ThumbTooLarge, cache);
     Picture pic;
     const int st = decodePictureFile(path, 1, false, &pic);
     if (st == ImagingFileNotFound) return failed(ev, ThumbFileMissing, nullptr);

@@ -404,8 +404,8 @@ int readPictureFacts(const QString &path, int page, FileFacts *out, QString *det
             QStringLiteral("FAX"),  QStringLiteral("G3"),   QStringLiteral("G4"),  QStringLiteral("EPS"),
             QStringLiteral("EPSF"), QStringLiteral("EPSI"), QStringLiteral("EPT"), QStringLiteral("PS"),
             QStringLiteral("PDF"),  QStringLiteral("WMF"),  QStringLiteral("WMZ")};
-        if (magick::ping(path, page, &mf, &msg) == magick::Status::Ok && mf.width > 0
-            && !unreliable.contains(mf.coder)) {
+        const magick::Status pinged = magick::ping(path, page, &mf, &msg);
+        if (pinged == magick::Status::Ok && mf.width > 0 && !unreliable.contains(mf.coder)) {
             f.width = mf.width;
             f.height = mf.height;
             f.bitsPerPixel = mf.bitsPerPixel;
@@ -415,8 +415,12 @@ int readPictureFacts(const QString &path, int page, FileFacts *out, QString *det
             f.totalPages = std::max(mf.pages, 1);
             f.format = formatNumberOfCoder(mf.coder, ext);
             done = true;
-        } else if (detail) {
-            *detail = msg;
+        } else {
+            if (detail) *detail = msg;
+            // A decoder that had to be stopped even for the header, or a wait the user gave
+            // up, is not tried again on the whole picture.
+            if (pinged == magick::Status::Stopped || pinged == magick::Status::Abandoned)
+                return statusOfMagick(pinged);
         }
     }
     if (!done) {

@@ -1,10 +1,13 @@
 // The thumbnail side without the window: the run of extension rows, the colour depths, the
 // desktop's thumbnail cache, the making of one thumbnail from good and bad files, and the
-// producer's order of events and its stop.
+// producer's order of events and its stop, over folders of Qt's formats and of the legacy
+// formats that the decoder helpers read on the worker threads.
 #include "browse/thumbnail_cache.h"
 #include "browse/thumbnail_producer.h"
 #include "browse/thumbnails.h"
 #include "core/catalogue.h"
+#include "pictures/decoder_pool.h"
+#include "bad_files.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
@@ -14,8 +17,13 @@
 #include <QFileInfo>
 #include <QImageReader>
 #include <QImageWriter>
+#include <QKeyEvent>
+#include <QProcess>
 #include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
 #include <QUrl>
+#include <QWidget>
 #include <gtest/gtest.h>
 
 using namespace tw;
@@ -513,4 +521,181 @@ TEST_F(ProducerTest, SettingsAreChecked)
     p.thumbWidth = -3;
     EXPECT_EQ(p.browse(pics, &err), 0);
     EXPECT_EQ(err.number, ThumbErrInvalidValue);
+}
+
+// ---------------------------------------------------------------- folders of mixed formats
+
+namespace {
+
+bool copyTo(const QString &from, const QString &to)
+{
+    QFile::remove(to);
+    return QFile::copy(from, to);
+}
+
+// A program started for a file (Ghostscript for PostScript) that is still running.
+bool stillRunningFor(const QString &path)
+{
+    QProcess ps;
+    ps.start(QStringLiteral("pgrep"), {QStringLiteral("-f"), path});
+    ps.waitForFinished();
+    return !ps.readAllStandardOutput().trimmed().isEmpty();
+}
+
+// Counts the key presses that reach a widget while a decoder helper is at work. While the
+// interface thread itself waits for a helper, input is held back: a key that arrives then
+// proves that the decode runs elsewhere.
+struct KeyCounter : QObject {
+    int whileDecoding = 0;
+    bool eventFilter(QObject *, QEvent *e) override
+    {
+        if (e->type() == QEvent::KeyPress && decoding::helpersBusy() > 0) ++whileDecoding;
+        return false;
+    }
+};
+
+const QString Mask = QStringLiteral("*.PNG;*.PCX;*.JPG;*.TGA;*.EPS;*.PSD;*.JBG;*.BMP");
+
+}  // namespace
+
+class MixedFolderTest : public ThumbCacheTest {
+protected:
+    void TearDown() override { decoding::setTimeoutMs(5000); }
+};
+
+TEST_F(MixedFolderTest, LegacyFormatsAreMadeOnTheWorkersAndArriveInOrder)
+{
+    if (!twtest::haveCorpus()) GTEST_SKIP() << "no corpus";
+    // Qt's formats and the codec module's, interleaved in the list's order, with an endless
+    // PostScript file, a JBIG file that crashes its decoder and a Photoshop file cut short.
+    const QImage img = colourful(160, 120);
+    writePicture(pics + QStringLiteral("/01.png"), img);
+    ASSERT_TRUE(copyTo(twtest::corpus(QStringLiteral("pcx/input.pcx")), pics + QStringLiteral("/02.pcx")));
+    writePicture(pics + QStringLiteral("/03.jpg"), img, "jpeg");
+    ASSERT_TRUE(copyTo(twtest::corpus(QStringLiteral("tga/input.tga")), pics + QStringLiteral("/04.tga")));
+    ASSERT_FALSE(twtest::endlessEps(pics, QStringLiteral("05.eps")).isEmpty());
+    ASSERT_TRUE(copyTo(twtest::corpus(QStringLiteral("psd/input.psd")), pics + QStringLiteral("/06.psd")));
+    ASSERT_FALSE(twtest::jbigWithSize(pics, QStringLiteral("07.jbg"), twtest::CrashingJbigSize).isEmpty());
+    ASSERT_TRUE(
+        copyTo(twtest::corpus(QStringLiteral("pcx/p_4_planes.pcx")), pics + QStringLiteral("/08.pcx")));
+    {
+        QFile in(twtest::corpus(QStringLiteral("psd/hopper.psd")));
+        ASSERT_TRUE(in.open(QIODevice::ReadOnly));
+        QFile out(pics + QStringLiteral("/09.psd"));
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write(in.read(400));
+    }
+    writePicture(pics + QStringLiteral("/10.bmp"), img, "bmp");
+    const QStringList names{QStringLiteral("01.png"), QStringLiteral("02.pcx"), QStringLiteral("03.jpg"),
+                            QStringLiteral("04.tga"), QStringLiteral("05.eps"), QStringLiteral("06.psd"),
+                            QStringLiteral("07.jbg"), QStringLiteral("08.pcx"), QStringLiteral("09.psd"),
+                            QStringLiteral("10.bmp")};
+    const QList<int> expected{ThumbOk, ThumbOk,         ThumbOk, ThumbOk,         ThumbUnreadable,
+                              ThumbOk, ThumbUnreadable, ThumbOk, ThumbUnreadable, ThumbOk};
+    decoding::setTimeoutMs(1500);
+
+    ThumbnailProducer p;
+    p.setCacheRoot(root);
+    p.thumbWidth = p.thumbHeight = 105;
+    p.bitsPerPixel = 24;
+    p.fileMask = Mask;
+    QList<ThumbEvent> events;
+    p.onEvent = [&](const ThumbEvent &ev) {
+        events << ev;
+        return true;
+    };
+    // The interface thread meanwhile: a timer that ticks, and keys typed while a helper works.
+    QWidget w;
+    w.show();
+    KeyCounter keys;
+    w.installEventFilter(&keys);
+    QElapsedTimer clock;
+    qint64 last = 0, longestGap = 0;
+    int ticks = 0;
+    QTimer tick;
+    tick.setInterval(10);
+    QObject::connect(&tick, &QTimer::timeout, [&] {
+        longestGap = qMax(longestGap, clock.elapsed() - last);
+        last = clock.elapsed();
+        ++ticks;
+        if (decoding::helpersBusy() > 0)
+            QCoreApplication::postEvent(&w, new QKeyEvent(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, "a"));
+    });
+    clock.start();
+    tick.start();
+    BrowseError err;
+    EXPECT_EQ(p.browse(pics, &err), 10);
+    tick.stop();
+    const qint64 cold = clock.elapsed();
+    EXPECT_EQ(err.number, 0);
+    ASSERT_EQ(events.size(), 10);
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_EQ(QFileInfo(events[i].path).fileName(), names[i]);
+        EXPECT_EQ(events[i].status, expected[i]) << names[i].toStdString();
+        if (expected[i] == ThumbOk) {
+            EXPECT_FALSE(events[i].picture.isNull()) << names[i].toStdString();
+            EXPECT_LE(qMax(events[i].picture.width(), events[i].picture.height()), 105);
+        }
+    }
+    // The endless file held a helper for the whole time allowed, and the interface thread
+    // took input all the while.
+    EXPECT_GE(cold, 1400);
+    EXPECT_GT(keys.whileDecoding, 10) << ticks << " ticks";
+    EXPECT_LT(longestGap, 300);
+    EXPECT_FALSE(stillRunningFor(pics + QStringLiteral("/05.eps")));
+    // A worker's thumbnail is the one the interface thread would have made.
+    bool other = false;
+    makeThumbnail(pics + QStringLiteral("/02.pcx"), 105, 105, 24, nullptr, 1 << 28, &other);
+    EXPECT_TRUE(other);
+    EXPECT_EQ(
+        makeThumbnailWithPictureDecoder(pics + QStringLiteral("/02.pcx"), 105, 105, 24, nullptr, 1 << 28)
+            .picture,
+        events[1].picture);
+
+    // Again: the legacy pictures come from the cache, the failures are known and skipped.
+    events.clear();
+    clock.restart();
+    EXPECT_EQ(p.browse(pics, &err), 10);
+    const qint64 warm = clock.elapsed();
+    ASSERT_EQ(events.size(), 10);
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_EQ(events[i].status, expected[i]) << names[i].toStdString();
+        EXPECT_EQ(events[i].fromCache, expected[i] == ThumbOk) << names[i].toStdString();
+    }
+    EXPECT_LT(warm, 1000);
+    qInfo("mixed folder: cold %lld ms (one file held for the 1.5 s allowed), warm %lld ms, %d keys taken "
+          "while helpers worked, longest pause %lld ms",
+          cold, warm, keys.whileDecoding, longestGap);
+}
+
+TEST_F(MixedFolderTest, StopDuringALegacyDecodeIsSeenAtOnce)
+{
+    if (!twtest::haveCorpus()) GTEST_SKIP() << "no corpus";
+    const QString eps = twtest::endlessEps(pics, QStringLiteral("01.eps"));
+    ASSERT_TRUE(copyTo(twtest::corpus(QStringLiteral("pcx/input.pcx")), pics + QStringLiteral("/02.pcx")));
+    decoding::setTimeoutMs(8000);
+    ThumbnailProducer p;
+    p.setCacheRoot(root);
+    p.thumbWidth = p.thumbHeight = 105;
+    p.fileMask = Mask;
+    bool stop = false;
+    QList<ThumbEvent> events;
+    p.onEvent = [&](const ThumbEvent &ev) {
+        events << ev;
+        return !stop;
+    };
+    p.stopPending = [&] { return stop; };
+    QTimer::singleShot(300, [&] { stop = true; });
+    QElapsedTimer clock;
+    clock.start();
+    BrowseError err;
+    EXPECT_EQ(p.browse(pics, &err), 1);
+    EXPECT_EQ(err.number, ThumbErrStopped);
+    EXPECT_LT(clock.elapsed(), 1500);
+    ASSERT_EQ(events.size(), 1);
+    EXPECT_EQ(events[0].status, ThumbUnreadable);
+    // A decode given up is no failure of the file: it is tried again next time.
+    EXPECT_FALSE(ThumbnailCache(root).failedBefore(eps));
+    for (int i = 0; i < 100 && stillRunningFor(eps); ++i) QTest::qWait(20);
+    EXPECT_FALSE(stillRunningFor(eps));
 }
