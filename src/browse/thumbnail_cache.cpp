@@ -136,6 +136,9 @@ bool ThumbnailCache::write(const QString &dir, const QString &name, const QImage
     tmp.setAutoRemove(true);
     if (!tmp.open()) return false;
     QImageWriter w(&tmp, "png");
+    // The quickest deflate level: an entry is written once per picture and read many times,
+    // and at this size the stronger levels save little.
+    w.setCompression(1);
     if (!w.write(out)) return false;
     if (!tmp.flush()) return false;
     tmp.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
