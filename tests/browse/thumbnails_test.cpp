@@ -25,6 +25,9 @@
 #include <QUrl>
 #include <QWidget>
 #include <gtest/gtest.h>
+#include <csignal>
+#include <sys/resource.h>
+#include <unistd.h>
 
 using namespace tw;
 using namespace tw::browse;
@@ -334,6 +337,79 @@ TEST_F(ThumbCacheTest, AnUnwritableCacheMeansNoCacheAndStillAThumbnail)
     EXPECT_FALSE(ev.picture.isNull());
     EXPECT_FALSE(cache.store(file, 128, ev.picture));
     EXPECT_TRUE(make(file, cache).status == ThumbOk);
+}
+
+TEST_F(ThumbCacheTest, AnUnreadableCacheFolderMeansNoCacheAndStillAThumbnail)
+{
+    const QString file = pics + QStringLiteral("/u.png");
+    writePicture(file, colourful(200, 100));
+    ASSERT_EQ(make(file, ThumbnailCache(root)).status, ThumbOk);
+    ASSERT_TRUE(make(file, ThumbnailCache(root)).fromCache);
+    // The cache folder can no longer be read: without its rights, or (for the super-user,
+    // whom rights do not stop) behind a link that leads back to itself.
+    const QString moved = tmp.path() + QStringLiteral("/moved");
+    const bool super = ::getuid() == 0;
+    if (super) {
+        ASSERT_TRUE(QDir().rename(root, moved));
+        ASSERT_TRUE(QFile::link(root, root));
+    } else {
+        ASSERT_TRUE(QFile::setPermissions(root, QFileDevice::Permissions()));
+    }
+    ThumbnailCache cache(root);
+    EXPECT_TRUE(cache.lookup(file, 128).isNull());
+    EXPECT_FALSE(cache.failedBefore(file));
+    const ThumbEvent ev = make(file, cache);
+    EXPECT_EQ(ev.status, ThumbOk);
+    EXPECT_FALSE(ev.fromCache);
+    EXPECT_EQ(ev.picture.size(), QSize(105, 52));
+    EXPECT_FALSE(cache.store(file, 128, ev.picture));
+    // A whole browse goes the same way, with every picture.
+    ThumbnailProducer p;
+    p.setCacheRoot(root);
+    p.thumbWidth = p.thumbHeight = 105;
+    p.fileMask = QStringLiteral("*.PNG");
+    int ok = 0;
+    p.onEvent = [&](const ThumbEvent &e) {
+        ok += e.status == ThumbOk && !e.fromCache;
+        return true;
+    };
+    BrowseError err;
+    EXPECT_EQ(p.browse(pics, &err), 1);
+    EXPECT_EQ(err.number, 0);
+    EXPECT_EQ(ok, 1);
+    if (super) {
+        QFile::remove(root);
+        QDir().rename(moved, root);
+    } else {
+        QFile::setPermissions(root, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    }
+}
+
+TEST_F(ThumbCacheTest, AFullCacheFolderMeansNoCacheAndStillAThumbnail)
+{
+    const QString file = pics + QStringLiteral("/f.png");
+    writePicture(file, colourful(300, 200));
+    ThumbnailCache cache(root);
+    // No file may grow beyond 64 bytes, as on a disk that is full: the entry's writing fails.
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    rlimit small = before;
+    small.rlim_cur = 64;
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    const ThumbEvent ev = make(file, cache);
+    const bool stored = cache.store(file, 128, ev.picture);
+    setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_EQ(ev.status, ThumbOk);
+    EXPECT_FALSE(ev.fromCache);
+    EXPECT_EQ(ev.picture.width(), 105);
+    EXPECT_FALSE(stored);
+    // No entry, and no half-written one under any name.
+    EXPECT_FALSE(QFileInfo::exists(cache.entryPath(file, 128)));
+    EXPECT_TRUE(QDir(root + QStringLiteral("/normal")).entryList(QDir::Files | QDir::Hidden).isEmpty());
+    // With room again, the entry is written.
+    EXPECT_FALSE(make(file, cache).fromCache);
+    EXPECT_TRUE(make(file, cache).fromCache);
 }
 
 TEST_F(ThumbCacheTest, ExifOrientationIsHonoured)
