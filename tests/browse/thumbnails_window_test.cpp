@@ -168,6 +168,45 @@ private slots:
         QVERIFY(boxes.isEmpty());
     }
 
+    void theGridReplacesThePanesAtItsFirstCell()
+    {
+        // A damaged picture first: it gets no cell, and the panes stay until a picture comes.
+        const QString dir = folderOf(QStringLiteral("firstcell"), 4);
+        {
+            QFile f(dir + QStringLiteral("/p0.png"));
+            QVERIFY(f.open(QIODevice::WriteOnly));
+            f.write("not a PNG");
+        }
+        showFolder(dir);
+        struct Seen {
+            int cells;
+            bool grid, panes, shown;
+        };
+        QList<Seen> seen;
+        thumbs()->afterEvent = [&](const browse::ThumbEvent &) {
+            seen.append({thumbs()->grid()->count(), thumbs()->grid()->isVisible(),
+                         browse()->Splitter1->isVisible(), thumbs()->ThumbnailsShown});
+        };
+        press(tool::ThumbNails);
+        thumbs()->afterEvent = nullptr;
+        QCOMPARE(seen.size(), 5);
+        // The damaged file: no cell, the panes still up.
+        QCOMPARE(seen[0].cells, 0);
+        QVERIFY(!seen[0].grid);
+        QVERIFY(seen[0].panes);
+        // The first picture: the grid takes the panes' place while the load goes on.
+        QCOMPARE(seen[1].cells, 1);
+        QVERIFY(seen[1].grid);
+        QVERIFY(!seen[1].panes);
+        QVERIFY(!seen[1].shown);
+        QCOMPARE(seen[4].cells, 4);
+        QVERIFY(!seen[4].shown);
+        // Only the load's end gives the button its toggle form.
+        QVERIFY(thumbs()->ThumbnailsShown);
+        QCOMPARE(thumbs()->ThumbCount, 4);
+        QVERIFY(boxes.isEmpty());
+    }
+
     void withTheSelectionListUpAClickOnlySelects()
     {
         const QString dir = folderOf(QStringLiteral("sel"), 3);
