@@ -21,6 +21,8 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
+#include <QThreadPool>
 #include <QTimer>
 #include <QUrl>
 #include <QWidget>
@@ -442,6 +444,51 @@ TEST_F(ThumbCacheTest, ExifOrientationIsHonoured)
     EXPECT_EQ(ev.picture.size(), QSize(26, 105));
 }
 
+namespace {
+long statusKiB(const char *key)
+{
+    QFile f(QStringLiteral("/proc/self/status"));
+    if (!f.open(QIODevice::ReadOnly)) return -1;
+    for (const QByteArray &line : f.readAll().split('\n'))
+        if (line.startsWith(key)) return line.mid(int(strlen(key))).trimmed().split(' ').first().toLong();
+    return -1;
+}
+}  // namespace
+
+TEST_F(ThumbCacheTest, AJpegIsDecodedScaledNeverWhole)
+{
+    // 6000 x 4000 pixels: 96 MB once decoded whole, 1.5 MB at an eighth of its size.
+    const QString file = pics + QStringLiteral("/big.jpg");
+    {
+        QImage img(6000, 4000, QImage::Format_RGB32);
+        for (int y = 0; y < img.height(); ++y) {
+            auto *line = reinterpret_cast<QRgb *>(img.scanLine(y));
+            for (int x = 0; x < img.width(); ++x)
+                line[x] = qRgb(x & 0xFF, y & 0xFF, (x / 16 + y / 16) & 0xFF);
+        }
+        writePicture(file, img, "jpeg");
+    }
+    // The peak of memory use is set back to what is in use now, then read after the thumbnail.
+    QFile clear(QStringLiteral("/proc/self/clear_refs"));
+    if (!clear.open(QIODevice::WriteOnly) || clear.write("5") != 1) GTEST_SKIP() << "cannot reset the peak";
+    clear.close();
+    const long before = statusKiB("VmRSS:");
+    const ThumbEvent ev = make(file, ThumbnailCache(root));
+    const long peak = statusKiB("VmHWM:");
+    ASSERT_EQ(ev.status, ThumbOk);
+    EXPECT_EQ(ev.sourceWidth, 6000);
+    EXPECT_EQ(ev.picture.width(), 105);
+    EXPECT_LT(peak - before, 24 * 1024) << "the picture was decoded whole: " << (peak - before) << " KB more";
+    // The measure itself: a whole decode of the same file shows.
+    ASSERT_TRUE(clear.open(QIODevice::WriteOnly) && clear.write("5") == 1);
+    clear.close();
+    const long before2 = statusKiB("VmRSS:");
+    QImageReader whole(file);
+    whole.setAllocationLimit(1024);
+    EXPECT_EQ(whole.read().size(), QSize(6000, 4000));
+    EXPECT_GT(statusKiB("VmHWM:") - before2, 64 * 1024);
+}
+
 TEST_F(ThumbCacheTest, AHugeHeaderIsRefusedBeforeAnyPixel)
 {
     // A PNG whose header says 40000 x 40000 pixels.
@@ -584,6 +631,8 @@ TEST_F(ProducerTest, EventsArriveInListOrderAndStopEndsTheBrowse)
 TEST_F(ProducerTest, SettingsAreChecked)
 {
     ThumbnailProducer p;
+    // One worker per core.
+    EXPECT_EQ(p.pool()->maxThreadCount(), QThread::idealThreadCount());
     p.thumbWidth = 0;
     p.thumbHeight = 10;
     EXPECT_EQ(p.validate().number, ThumbErrInvalidValue);
