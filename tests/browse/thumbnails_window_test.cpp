@@ -12,6 +12,8 @@
 #include "core/globals.h"
 #include "core/tool_ids.h"
 #include "core/tool_manager.h"
+#include "pictures/decoder_pool.h"
+#include "bad_files.h"
 
 #include <QApplication>
 #include <QBuffer>
@@ -205,6 +207,37 @@ private slots:
         QVERIFY(thumbs()->ThumbnailsShown);
         QCOMPARE(thumbs()->ThumbCount, 4);
         QVERIFY(boxes.isEmpty());
+    }
+
+    void stopDuringAHangingLegacyDecodeActsAtOnce()
+    {
+        // The first file keeps its decoder busy for ever (Ghostscript looping); the user
+        // presses Stop meanwhile, with the window taking input all the while.
+        const QString dir = folderOf(QStringLiteral("hanging"), 3);
+        const QString eps = twtest::endlessEps(dir, QStringLiteral("z.eps"));
+        QVERIFY(!eps.isEmpty());
+        showFolder(dir);
+        decoding::setTimeoutMs(8000);
+        QElapsedTimer clock;
+        qint64 pressedAt = -1;
+        QTimer::singleShot(400, this, [&] {
+            pressedAt = clock.elapsed();
+            press(tool::Stop);
+        });
+        clock.start();
+        press(tool::ThumbNails);
+        const qint64 ended = clock.elapsed();
+        decoding::setTimeoutMs(5000);
+        QVERIFY(pressedAt >= 0);
+        QVERIFY2(ended - pressedAt < 300, qPrintable(QString::number(ended - pressedAt)));
+        // JPG, PNG, then EPS among the rows: the PNG cells came first and stay.
+        QCOMPARE(thumbs()->grid()->count(), 3);
+        QVERIFY(thumbs()->ThumbLoadStopped);
+        QVERIFY(thumbs()->ThumbFolder.isEmpty());
+        QVERIFY(boxes.isEmpty());
+        // The hanging decode is given up, not recorded as a file that cannot be made.
+        QVERIFY(!thumbs()->producer().cache().failedBefore(eps));
+        QTRY_VERIFY(decoding::helpersBusy() == 0);
     }
 
     void withTheSelectionListUpAClickOnlySelects()
