@@ -793,6 +793,61 @@ TEST_F(MixedFolderTest, LegacyFormatsAreMadeOnTheWorkersAndArriveInOrder)
           cold, warm, keys.whileDecoding, longestGap);
 }
 
+TEST_F(MixedFolderTest, AHugeLegacyHeaderIsRefusedBeforeAnyPixel)
+{
+    // Targa and PCX headers that say 40000 x 40000 pixels, with a few bytes behind them.
+    const QString tga = pics + QStringLiteral("/huge.tga");
+    {
+        QByteArray d(18, '\0');
+        d[2] = 2;  // true colour, uncompressed
+        d[12] = char(0x40);
+        d[13] = char(0x9C);
+        d[14] = char(0x40);
+        d[15] = char(0x9C);
+        d[16] = 24;
+        d.append(QByteArray(3000, '\x7f'));
+        QFile f(tga);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(d);
+    }
+    const QString pcx = pics + QStringLiteral("/huge.pcx");
+    {
+        QByteArray d(128, '\0');
+        d[0] = 10;  // PCX
+        d[1] = 5;
+        d[2] = 1;  // run-length encoded
+        d[3] = 8;
+        // Window 0,0 to 39999,39999, one plane of 8 bits, 40000 bytes a line.
+        d[8] = char(0x3F);
+        d[9] = char(0x9C);
+        d[10] = char(0x3F);
+        d[11] = char(0x9C);
+        d[65] = 1;
+        d[66] = char(0x40);
+        d[67] = char(0x9C);
+        d.append(QByteArray(3000, '\x01'));
+        QFile f(pcx);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(d);
+    }
+    for (const QString &file : {tga, pcx}) {
+        bool other = false;
+        makeThumbnail(file, 105, 105, 24, nullptr, 16384LL * 16384, &other);
+        EXPECT_TRUE(other);
+        QElapsedTimer t;
+        t.start();
+        const ThumbEvent ev = makeThumbnailWithPictureDecoder(file, 105, 105, 24, nullptr, 16384LL * 16384);
+        // Refused from the header that the decoder helper read, before a pixel.
+        EXPECT_EQ(ev.status, ThumbTooLarge);
+        EXPECT_EQ(ev.sourceWidth, 40000);
+        EXPECT_EQ(ev.sourceHeight, 40000);
+        EXPECT_TRUE(ev.picture.isNull());
+        EXPECT_LT(t.elapsed(), 2000);
+        qInfo("%s: status %d, %d x %d from its header, %lld ms", qPrintable(QFileInfo(file).fileName()),
+              ev.status, ev.sourceWidth, ev.sourceHeight, t.elapsed());
+    }
+}
+
 TEST_F(MixedFolderTest, StopDuringALegacyDecodeIsSeenAtOnce)
 {
     if (!twtest::haveCorpus()) GTEST_SKIP() << "no corpus";

@@ -284,7 +284,7 @@ private slots:
         const int pictures = qEnvironmentVariableIntValue("TW_THUMB_FOLDER_SIZE") > 0
             ? qEnvironmentVariableIntValue("TW_THUMB_FOLDER_SIZE")
             : 10000;
-        const int stopAt = qMin(1500, pictures / 2);
+        const int stopAt = qMin(1000, pictures / 2);
         const QString dir = QDir::homePath() + QStringLiteral("/big");
         QDir().mkpath(dir);
         {

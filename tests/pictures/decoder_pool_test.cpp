@@ -90,6 +90,9 @@ bool stillRunningFor(const QString &path)
 
 void sleepMs(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
 
+// The time allowed to a helper in the tests of a hanging one.
+constexpr int HangMs = 1000;
+
 }  // namespace
 
 class DecoderPoolTest : public QObject {
@@ -152,7 +155,7 @@ private slots:
         QTemporaryDir dir;
         const QString a = twtest::endlessEps(dir.path(), QStringLiteral("a.eps"));
         const QString b = twtest::endlessEps(dir.path(), QStringLiteral("b.eps"));
-        decoding::setTimeoutMs(1500);
+        decoding::setTimeoutMs(HangMs);
         QElapsedTimer clock;
         clock.start();
         Result ra, rb;
@@ -163,10 +166,10 @@ private slots:
         for (const Result &r : {ra, rb}) {
             QCOMPARE(r.status, int(ImagingReadError));
             QVERIFY2(r.detail.contains(QLatin1String("took longer")), qPrintable(r.detail));
-            QVERIFY2(r.endMs >= 1400, qPrintable(QString::number(r.endMs)));
+            QVERIFY2(r.endMs >= HangMs - 100, qPrintable(QString::number(r.endMs)));
         }
         // Side by side: both within one time allowed, not one after the other.
-        QVERIFY2(clock.elapsed() < 2 * 1500 - 300, qPrintable(QString::number(clock.elapsed())));
+        QVERIFY2(clock.elapsed() < 2 * HangMs - 300, qPrintable(QString::number(clock.elapsed())));
         QVERIFY(!stillRunningFor(a));
         QVERIFY(!stillRunningFor(b));
     }
@@ -211,7 +214,7 @@ private slots:
         QTemporaryDir dir;
         // Ghostscript loops for ever on it: a helper that hangs until it is killed.
         const QString bad = twtest::endlessEps(dir.path());
-        decoding::setTimeoutMs(1500);
+        decoding::setTimeoutMs(HangMs);
         const QStringList files = goodFiles();
         QElapsedTimer clock;
         clock.start();
@@ -233,7 +236,7 @@ private slots:
         tg.join();
         QCOMPARE(frozen.status, int(ImagingReadError));
         QVERIFY2(frozen.detail.contains(QLatin1String("took longer")), qPrintable(frozen.detail));
-        QVERIFY2(frozen.endMs >= 1400, qPrintable(QString::number(frozen.endMs)));
+        QVERIFY2(frozen.endMs >= HangMs - 100, qPrintable(QString::number(frozen.endMs)));
         int doneMeanwhile = 0;
         for (const Result &r : others) {
             QVERIFY2(r.status == 0, qPrintable(r.detail));
@@ -280,7 +283,7 @@ private slots:
         QTemporaryDir dir;
         const QString endless = twtest::endlessEps(dir.path());
         const QString pcx = twtest::corpus(QStringLiteral("pcx/input.pcx"));
-        decoding::setTimeoutMs(1500);
+        decoding::setTimeoutMs(HangMs);
         QElapsedTimer clock;
         clock.start();
         Result hung, waited;
@@ -295,11 +298,11 @@ private slots:
         ta.join();
         tb.join();
         QCOMPARE(own.status, 0);
-        QVERIFY2(own.endMs < 1000, qPrintable(QString::number(own.endMs)));
+        QVERIFY2(own.endMs < HangMs - 200, qPrintable(QString::number(own.endMs)));
         QCOMPARE(hung.status, int(ImagingReadError));
         QCOMPARE(waited.status, 0);
         // Its turn came when the hanging helper was killed.
-        QVERIFY2(waited.endMs >= 1400, qPrintable(QString::number(waited.endMs)));
+        QVERIFY2(waited.endMs >= HangMs - 100, qPrintable(QString::number(waited.endMs)));
 
         // Three threads with a limit of one: never two busy at once, every picture made.
         decoding::setTimeoutMs(5000);
