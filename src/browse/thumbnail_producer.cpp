@@ -264,14 +264,19 @@ int ThumbnailProducer::browse(const QString &folder, BrowseError *error)
             const QString path = matching[next++];
             pool_->start([slot, path, w, h, bits, limit, cacheCopy, withCache, cancelled, app] {
                 const ThumbnailCache *c = withCache ? &cacheCopy : nullptr;
-                bool other = false;
-                if (!cancelled->load()) slot->ev = makeThumbnail(path, w, h, bits, c, limit, &other);
+                bool other = false, made = false;
+                if (!cancelled->load()) {
+                    slot->ev = makeThumbnail(path, w, h, bits, c, limit, &other);
+                    made = !other;
+                }
                 if (other && !cancelled->load()) {
                     // The picture subsystem's decoders, on this worker too; a browse given up
                     // ends the wait for the decoder.
                     const decoding::CancelScope scope(cancelled.get());
                     slot->ev = makeThumbnailWithPictureDecoder(path, w, h, bits, c, limit);
-                } else if (other || cancelled->load()) {
+                    made = true;
+                }
+                if (!made) {
                     slot->ev = ThumbEvent();
                     slot->ev.path = path;
                     slot->ev.status = ThumbUnreadable;

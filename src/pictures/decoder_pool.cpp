@@ -11,12 +11,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QKeyEvent>
-#include <QMutex>
 #include <QPointer>
 #include <QSocketNotifier>
 #include <QThread>
 #include <QTimer>
-#include <QWaitCondition>
 #include <QWidget>
 
 #include <fcntl.h>
@@ -30,6 +28,7 @@
 #include <unistd.h>
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <condition_variable>
 #include <cstring>
 #include <deque>
@@ -62,13 +61,14 @@ struct Helper {
     int fd = -1;
 };
 
-QMutex g_mutex;
+// Standard mutex and condition variable: a thread checker sees through them.
+std::mutex g_mutex;
 QList<Helper> g_idle;
 // Under g_mutex: the worker threads holding a helper, those waiting for one, and the signal
 // that one came free.
 int g_workerHolding = 0;
 int g_workerWaiting = 0;
-QWaitCondition g_workerFreed;
+std::condition_variable g_workerFreed;
 
 int workerLimitNow()
 {
@@ -92,7 +92,7 @@ public:
     // Waits for a free place; false when this thread's work was given up meanwhile.
     bool acquire()
     {
-        QMutexLocker lock(&g_mutex);
+        std::unique_lock<std::mutex> lock(g_mutex);
         ++g_workerWaiting;
         while (g_workerHolding >= workerLimitNow()) {
             if (cancelled()) {
@@ -100,8 +100,8 @@ public:
                 return false;
             }
             // With a flag to watch, it is looked at every 50 ms.
-            g_workerFreed.wait(&g_mutex,
-                               t_cancel ? QDeadlineTimer(50) : QDeadlineTimer(QDeadlineTimer::Forever));
+            if (t_cancel) g_workerFreed.wait_for(lock, std::chrono::milliseconds(50));
+            else g_workerFreed.wait(lock);
         }
         --g_workerWaiting;
         ++g_workerHolding;
@@ -111,9 +111,9 @@ public:
     ~WorkerSlot()
     {
         if (!held_) return;
-        QMutexLocker lock(&g_mutex);
+        const std::lock_guard<std::mutex> lock(g_mutex);
         --g_workerHolding;
-        g_workerFreed.wakeAll();
+        g_workerFreed.notify_all();
     }
 
 private:
@@ -279,7 +279,7 @@ void topUp()
 
 Helper take(QString *detail)
 {
-    QMutexLocker lock(&g_mutex);
+    const std::lock_guard<std::mutex> lock(g_mutex);
     Helper h;
     // A waiting helper that died meanwhile (killed from outside, or it could not start) is
     // reaped and passed over.
@@ -302,7 +302,7 @@ void giveBack(Helper h, bool fromWorker)
 {
     QList<Helper> extra;
     {
-        QMutexLocker lock(&g_mutex);
+        const std::lock_guard<std::mutex> lock(g_mutex);
         const bool othersAtIt = g_workerHolding - (fromWorker ? 1 : 0) + g_workerWaiting > 0;
         const int keep = othersAtIt ? std::max(WarmHelpers, workerLimitNow()) : WarmHelpers;
         if (g_idle.size() < keep) {
@@ -547,9 +547,9 @@ int workerHelperLimit() { return workerLimitNow(); }
 
 void setWorkerHelperLimit(int helpers)
 {
-    QMutexLocker lock(&g_mutex);
+    const std::lock_guard<std::mutex> lock(g_mutex);
     g_workerLimit = std::max(helpers, 0);
-    g_workerFreed.wakeAll();
+    g_workerFreed.notify_all();
 }
 
 CancelScope::CancelScope(const std::atomic<bool> *flag) : previous_(t_cancel) { t_cancel = flag; }
@@ -558,7 +558,7 @@ QString helperPath() { return helperExecutable(); }
 
 void warmUp()
 {
-    QMutexLocker lock(&g_mutex);
+    const std::lock_guard<std::mutex> lock(g_mutex);
     topUp();
 }
 
