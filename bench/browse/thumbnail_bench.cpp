@@ -1,10 +1,14 @@
 // Timed run of the thumbnail load: 100 JPEG photographs of 4000 x 3000 pixels made here,
 // loaded into the grid with a cold cache and again with a warm one, against vipsthumbnail
-// -s 128 over the same files with one thread, in the same run. Prints the times and ratios.
+// -s 128 over the same files with one thread, in the same run. Then a folder of legacy
+// pictures (PCX, Targa, Photoshop, SGI of 1600 x 1200, made with ImageMagick's convert), whose
+// thumbnails the decoder helpers make: the producer's workers against the same files made one
+// after the other on the interface thread. Prints the times and ratios.
 //
-//   build/bin/thumbnail_bench [count]
+//   build/bin/thumbnail_bench [count] [legacy count]
 #include "browse/thumbnail_grid.h"
 #include "browse/thumbnail_producer.h"
+#include "pictures/decoder_pool.h"
 
 #include <QApplication>
 #include <QDir>
@@ -51,14 +55,15 @@ struct Load {
     int cells = 0;
 };
 
-Load loadInto(ThumbnailGrid &grid, const QString &folder, const QString &cacheRoot)
+Load loadInto(ThumbnailGrid &grid, const QString &folder, const QString &cacheRoot,
+              const QString &mask = QStringLiteral("*.JPG"))
 {
     grid.clear();
     ThumbnailProducer p;
     p.setCacheRoot(cacheRoot);
     p.thumbWidth = p.thumbHeight = 105;
     p.bitsPerPixel = 16;
-    p.fileMask = QStringLiteral("*.JPG");
+    p.fileMask = mask;
     Load r;
     QElapsedTimer t;
     p.onEvent = [&](const ThumbEvent &ev) {
@@ -149,5 +154,57 @@ int main(int argc, char **argv)
     if (vipsMs > 0)
         std::printf("cold throughput / vipsthumbnail serial: %.2f\n", double(vipsMs) / cold.allCellsMs);
     std::printf("warm / cold speed-up: %.1f\n", double(cold.allCellsMs) / qMax<qint64>(1, warm.allCellsMs));
-    return cold.cells == count && warm.cells == count ? 0 : 1;
+
+    // Legacy formats through the decoder helpers.
+    const int legacyCount = argc > 2 ? QByteArray(argv[2]).toInt() : 40;
+    int legacyCells = legacyCount;
+    if (legacyCount > 0) {
+        const QString legacy = tmp.path() + QStringLiteral("/legacy");
+        QDir().mkpath(legacy);
+        const QStringList kinds{QStringLiteral("pcx"), QStringLiteral("tga"), QStringLiteral("psd"),
+                                QStringLiteral("sgi")};
+        QStringList legacySeeds;
+        bool made = true;
+        for (int k = 0; k < kinds.size() && made; ++k) {
+            const QString f = tmp.path() + QStringLiteral("/seed.") + kinds[k];
+            made = QProcess::execute(
+                       QStringLiteral("convert"),
+                       {seeds[k % seeds.size()], QStringLiteral("-resize"), QStringLiteral("1600x1200"), f})
+                == 0;
+            legacySeeds << f;
+        }
+        if (!made) {
+            std::printf("ImageMagick's convert not found: no legacy folder\n");
+            return cold.cells == count && warm.cells == count ? 0 : 1;
+        }
+        QStringList legacyFiles;
+        for (int i = 0; i < legacyCount; ++i) {
+            const QString f =
+                legacy + QStringLiteral("/pic%1.").arg(i, 3, 10, QLatin1Char('0')) + kinds[i % 4];
+            QFile::copy(legacySeeds[i % 4], f);
+            legacyFiles << f;
+        }
+        std::printf("%d legacy pictures of 1600 x 1200 (PCX, TGA, PSD, SGI)\n", legacyCount);
+        tw::decoding::warmUp();
+        // One after the other on the interface thread, no cache.
+        QElapsedTimer t;
+        t.start();
+        int serialOk = 0;
+        for (const QString &f : legacyFiles)
+            serialOk +=
+                makeThumbnailWithPictureDecoder(f, 105, 105, 16, nullptr, 16384LL * 16384).status == ThumbOk;
+        const qint64 serialMs = t.elapsed();
+        const QString legacyCache = tmp.path() + QStringLiteral("/legacy-cache/thumbnails");
+        const Load lc = loadInto(grid, legacy, legacyCache, QStringLiteral("*.PCX;*.TGA;*.PSD;*.SGI"));
+        const Load lw = loadInto(grid, legacy, legacyCache, QStringLiteral("*.PCX;*.TGA;*.PSD;*.SGI"));
+        std::printf("legacy, one after the other on the interface thread: %d made in %lld ms\n", serialOk,
+                    serialMs);
+        std::printf("legacy, the grid, cold cache: %d cells in %lld ms, first cell after %lld ms\n", lc.cells,
+                    lc.allCellsMs, lc.firstCellMs);
+        std::printf("legacy, the grid, warm cache: %d cells in %lld ms\n", lw.cells, lw.allCellsMs);
+        std::printf("legacy cold throughput / one after the other: %.2f\n",
+                    double(serialMs) / qMax<qint64>(1, lc.allCellsMs));
+        legacyCells = qMin(lc.cells, lw.cells);
+    }
+    return cold.cells == count && warm.cells == count && legacyCells == legacyCount ? 0 : 1;
 }

@@ -1,5 +1,6 @@
 #include "browse/thumbnail_cache.h"
 
+#include <QBuffer>
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFileInfo>
@@ -130,14 +131,24 @@ bool ThumbnailCache::write(const QString &dir, const QString &name, const QImage
     out.setText(QStringLiteral("Thumb::MTime"), QString::number(mtime));
     out.setText(QStringLiteral("Thumb::Size"), QString::number(size));
     out.setText(QStringLiteral("Software"), QStringLiteral("Tarnwick 2.0"));
+    // The entry is made in memory first: a disk that fails (full) fails the file's one write,
+    // never the PNG writer in the middle of its work (which then leaves memory behind).
+    QByteArray png;
+    {
+        QBuffer buf(&png);
+        buf.open(QIODevice::WriteOnly);
+        QImageWriter w(&buf, "png");
+        // The quickest deflate level: an entry is written once per picture and read many
+        // times, and at this size the stronger levels save little.
+        w.setCompression(1);
+        if (!w.write(out)) return false;
+    }
     // A temporary file in the same folder, made private (0600), renamed into place so a
     // reader never sees half an entry.
     QTemporaryFile tmp(dir + QStringLiteral("/.tarnwick-XXXXXX.png"));
     tmp.setAutoRemove(true);
     if (!tmp.open()) return false;
-    QImageWriter w(&tmp, "png");
-    if (!w.write(out)) return false;
-    if (!tmp.flush()) return false;
+    if (tmp.write(png) != png.size() || !tmp.flush()) return false;
     tmp.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     const QString target = dir + u'/' + name;
     if (std::rename(QFile::encodeName(tmp.fileName()).constData(), QFile::encodeName(target).constData())

@@ -2,6 +2,7 @@
 
 #include "browse/dir_scan.h"
 #include "core/catalogue.h"
+#include "pictures/decoder_pool.h"
 #include "pictures/imaging_errors.h"
 #include "pictures/picture_decoder.h"
 
@@ -144,14 +145,20 @@ ThumbEvent makeThumbnailWithPictureDecoder(const QString &path, int width, int h
     ev.path = path;
     if (!QFileInfo(path).isFile()) return failed(ev, ThumbFileMissing, nullptr);
     FileFacts facts;
-    if (readPictureFacts(path, 1, &facts) == ImagingOk) {
-        ev.sourceWidth = facts.width;
-        ev.sourceHeight = facts.height;
-        if (int64_t(facts.width) * facts.height > maxPixels) return failed(ev, ThumbTooLarge, cache);
-    }
+    const int factsStatus = readPictureFacts(path, 1, &facts);
+    // A wait given up (the browse stopped) says nothing of the file: no failure is recorded.
+    if (factsStatus == ImagingEscapePressed) return failed(ev, ThumbUnreadable, nullptr);
+    if (factsStatus == ImagingFileNotFound) return failed(ev, ThumbFileMissing, nullptr);
+    // Facts that no decoder could give (where the header says too little, they come from a
+    // decode): a second decode would fail the same way, and take as long.
+    if (factsStatus != ImagingOk) return failed(ev, ThumbUnreadable, cache);
+    ev.sourceWidth = facts.width;
+    ev.sourceHeight = facts.height;
+    if (int64_t(facts.width) * facts.height > maxPixels) return failed(ev, ThumbTooLarge, cache);
     Picture pic;
     const int st = decodePictureFile(path, 1, false, &pic);
     if (st == ImagingFileNotFound) return failed(ev, ThumbFileMissing, nullptr);
+    if (st == ImagingEscapePressed) return failed(ev, ThumbUnreadable, nullptr);
     if (st != ImagingOk || pic.isNull()) return failed(ev, ThumbUnreadable, cache);
     const QImage &img = pic.frames.first();
     ev.sourceWidth = img.width();
@@ -204,7 +211,6 @@ namespace {
 struct Slot {
     std::atomic<bool> done{false};
     ThumbEvent ev;
-    bool needsOther = false;
 };
 }  // namespace
 
@@ -220,6 +226,7 @@ int ThumbnailProducer::browse(const QString &folder, BrowseError *error)
     // sets its own.
     const auto handler = onEvent;
     const auto isAbandoned = abandoned;
+    const auto isStopPending = stopPending;
     ++depth_;
     struct Leave {
         int &d;
@@ -242,11 +249,10 @@ int ThumbnailProducer::browse(const QString &folder, BrowseError *error)
     if (matching.isEmpty()) return 0;
 
     auto cancelled = std::make_shared<std::atomic<bool>>(false);
-    const ThumbnailCache *cache = useCache_ ? &cache_ : nullptr;
     const int w = thumbWidth, h = thumbHeight, bits = bitsPerPixel;
     const int64_t limit = maxPixels;
     const ThumbnailCache cacheCopy = cache_;
-    const bool withCache = cache != nullptr;
+    const bool withCache = useCache_;
     // Enough work queued ahead to keep every worker busy, little enough to keep memory small.
     const int window = qMax(8, pool_->maxThreadCount() * 4);
     std::deque<std::shared_ptr<Slot>> pending;
@@ -257,10 +263,21 @@ int ThumbnailProducer::browse(const QString &folder, BrowseError *error)
             auto slot = std::make_shared<Slot>();
             const QString path = matching[next++];
             pool_->start([slot, path, w, h, bits, limit, cacheCopy, withCache, cancelled, app] {
+                const ThumbnailCache *c = withCache ? &cacheCopy : nullptr;
+                bool other = false, made = false;
                 if (!cancelled->load()) {
-                    slot->ev = makeThumbnail(path, w, h, bits, withCache ? &cacheCopy : nullptr, limit,
-                                             &slot->needsOther);
-                } else {
+                    slot->ev = makeThumbnail(path, w, h, bits, c, limit, &other);
+                    made = !other;
+                }
+                if (other && !cancelled->load()) {
+                    // The picture subsystem's decoders, on this worker too; a browse given up
+                    // ends the wait for the decoder.
+                    const decoding::CancelScope scope(cancelled.get());
+                    slot->ev = makeThumbnailWithPictureDecoder(path, w, h, bits, c, limit);
+                    made = true;
+                }
+                if (!made) {
+                    slot->ev = ThumbEvent();
                     slot->ev.path = path;
                     slot->ev.status = ThumbUnreadable;
                 }
@@ -285,6 +302,9 @@ int ThumbnailProducer::browse(const QString &folder, BrowseError *error)
         std::shared_ptr<Slot> slot = pending.front();
         while (!slot->done.load()) {
             if (isAbandoned && isAbandoned()) break;
+            // Stop pressed: the handler ends the browse at this very event, so the files
+            // under way need not be finished.
+            if (isStopPending && isStopPending()) cancelled->store(true);
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         }
         if (isAbandoned && isAbandoned()) {
@@ -294,8 +314,6 @@ int ThumbnailProducer::browse(const QString &folder, BrowseError *error)
         }
         pending.pop_front();
         submit();
-        if (slot->needsOther)
-            slot->ev = makeThumbnailWithPictureDecoder(slot->ev.path, w, h, bits, cache, limit);
         ++delivered;
         const bool more = handler ? handler(slot->ev) : true;
         if (!more) {

@@ -1,9 +1,10 @@
 // Thumb1, the thumbnail producer: given a folder and a file mask it makes one small picture
 // per matching file and reports one event per file, in the order of the file list, on the
-// interface thread. The pictures that Qt reads (JPEG, PNG, BMP, GIF, TIFF) are decoded on a
-// worker pool, JPEG scaled inside the decoder, never at full size; the other formats of the
-// catalogue go through the picture subsystem's decoder on the interface thread, one per
-// event. Thumbnails come from and go to the desktop's thumbnail cache.
+// interface thread. Every file is made on a worker pool that uses every core: the pictures
+// that Qt reads (JPEG, PNG, BMP, GIF, TIFF) with Qt's readers, JPEG scaled inside the
+// decoder, never at full size; the other formats of the catalogue with the picture
+// subsystem's decoders (helper processes, which worker threads may call at once). Thumbnails
+// come from and go to the desktop's thumbnail cache.
 #pragma once
 
 #include "browse/thumbnail_cache.h"
@@ -55,7 +56,8 @@ QImage reduceColors(const QImage &img, int bitsPerPixel);
 // on any thread). Formats other than Qt's give ThumbUnreadable with needsOtherDecoder set.
 ThumbEvent makeThumbnail(const QString &path, int width, int height, int bitsPerPixel,
                          const ThumbnailCache *cache, int64_t maxPixels, bool *needsOtherDecoder);
-// The same for the formats that only the picture subsystem reads (interface thread only).
+// The same for the formats that only the picture subsystem reads (any thread; a worker's wait
+// for the decoder ends early through a decoding::CancelScope).
 ThumbEvent makeThumbnailWithPictureDecoder(const QString &path, int width, int height, int bitsPerPixel,
                                            const ThumbnailCache *cache, int64_t maxPixels);
 
@@ -83,6 +85,10 @@ public:
     std::function<bool(const ThumbEvent &)> onEvent;
     // Checked before each event: true ends the browse with ThumbErrAborted.
     std::function<bool()> abandoned;
+    // Checked while an event is waited for: true when the event handler is going to say stop
+    // at the next event (Stop was pressed). The decodes under way are then given up, so that
+    // the next event, and with it the stop, comes at once.
+    std::function<bool()> stopPending;
 
     // Checks the settings; 0 or an error number with its description.
     BrowseError validate() const;

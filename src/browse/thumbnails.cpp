@@ -230,6 +230,8 @@ bool Thumbnails::LoadThumbFiles(int firstRow, int lastRow)
     filesFolder_.clear();
     BusyScope busy;
     Thumb1.abandoned = [this, thisLoad] { return loads_ != thisLoad; };
+    // The event handler says stop at the next file once Stop is pressed (onThumbEvent).
+    Thumb1.stopPending = [this] { return ThumbStopRequested; };
     for (int row = firstRow; row <= lastRow; ++row) {
         if (loads_ != thisLoad) break;
         Thumb1.fileMask = QStringLiteral("*.") + Cat.FileExtTable[size_t(row)];

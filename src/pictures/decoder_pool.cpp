@@ -11,7 +11,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QKeyEvent>
-#include <QMutex>
 #include <QPointer>
 #include <QSocketNotifier>
 #include <QThread>
@@ -29,7 +28,12 @@
 #include <unistd.h>
 #include <atomic>
 #include <cerrno>
+#include <chrono>
+#include <condition_variable>
 #include <cstring>
+#include <deque>
+#include <mutex>
+#include <thread>
 
 extern char **environ;
 
@@ -44,14 +48,85 @@ std::atomic<bool> g_inProcess{false};
 std::atomic<int> g_timeoutMs{5000};
 std::atomic<int> g_started{0};
 std::atomic<int> g_running{0};
+std::atomic<int> g_busy{0};
+std::atomic<int> g_workerLimit{0};  // 0: the core count
+
+// The flag that ends this thread's waits early (CancelScope).
+thread_local const std::atomic<bool> *t_cancel = nullptr;
+
+bool cancelled() { return t_cancel && t_cancel->load(); }
 
 struct Helper {
     pid_t pid = -1;
     int fd = -1;
 };
 
-QMutex g_mutex;
+// Standard mutex and condition variable: a thread checker sees through them.
+std::mutex g_mutex;
 QList<Helper> g_idle;
+// Under g_mutex: the worker threads holding a helper, those waiting for one, and the signal
+// that one came free.
+int g_workerHolding = 0;
+int g_workerWaiting = 0;
+std::condition_variable g_workerFreed;
+
+int workerLimitNow()
+{
+    const int set = g_workerLimit;
+    return set > 0 ? set : std::max(WarmHelpers, QThread::idealThreadCount());
+}
+
+// The thread the program's windows live on. Its requests never wait for a worker's helper.
+bool onMainThread()
+{
+    const auto *app = QCoreApplication::instance();
+    return app && QThread::currentThread() == app->thread();
+}
+
+// A worker thread's claim on one of the helpers that workers may hold at once.
+class WorkerSlot {
+public:
+    WorkerSlot() = default;
+    WorkerSlot(const WorkerSlot &) = delete;
+    WorkerSlot &operator=(const WorkerSlot &) = delete;
+    // Waits for a free place; false when this thread's work was given up meanwhile.
+    bool acquire()
+    {
+        std::unique_lock<std::mutex> lock(g_mutex);
+        ++g_workerWaiting;
+        while (g_workerHolding >= workerLimitNow()) {
+            if (cancelled()) {
+                --g_workerWaiting;
+                return false;
+            }
+            // With a flag to watch, it is looked at every 50 ms.
+            if (t_cancel) g_workerFreed.wait_for(lock, std::chrono::milliseconds(50));
+            else g_workerFreed.wait(lock);
+        }
+        --g_workerWaiting;
+        ++g_workerHolding;
+        held_ = true;
+        return true;
+    }
+    ~WorkerSlot()
+    {
+        if (!held_) return;
+        const std::lock_guard<std::mutex> lock(g_mutex);
+        --g_workerHolding;
+        g_workerFreed.notify_all();
+    }
+
+private:
+    bool held_ = false;
+};
+
+// A helper at work on a request, for helpersBusy().
+struct BusyCount {
+    BusyCount() { ++g_busy; }
+    ~BusyCount() { --g_busy; }
+    BusyCount(const BusyCount &) = delete;
+    BusyCount &operator=(const BusyCount &) = delete;
+};
 
 QString findHelper()
 {
@@ -75,7 +150,7 @@ const QString &helperExecutable()
     return path;
 }
 
-bool spawn(Helper *out, QString *detail)
+bool spawnHere(Helper *out, QString *detail)
 {
     const QString exe = helperExecutable();
     if (exe.isEmpty()) {
@@ -120,6 +195,64 @@ bool spawn(Helper *out, QString *detail)
     return true;
 }
 
+// Helpers are started from one thread kept for that alone, for the life of the program: a
+// helper asks the kernel to end it when the thread that started it ends (the parent-death
+// signal belongs to a thread, not to the process), and the worker threads that ask for
+// helpers come and go.
+class Spawner {
+public:
+    static Spawner &instance()
+    {
+        static Spawner *s = new Spawner;  // never destroyed: its thread runs until the program ends
+        return *s;
+    }
+    bool spawn(Helper *out, QString *detail)
+    {
+        Job job{out, detail};
+        std::unique_lock<std::mutex> lock(mutex_);
+        queue_.push_back(&job);
+        wake_.notify_all();
+        finished_.wait(lock, [&] { return job.done; });
+        return job.ok;
+    }
+
+private:
+    struct Job {
+        Helper *out;
+        QString *detail;
+        bool ok = false;
+        bool done = false;
+    };
+    Spawner()
+    {
+        std::thread([this] { loop(); }).detach();
+    }
+    [[noreturn]] void loop()
+    {
+        std::unique_lock<std::mutex> lock(mutex_);
+        for (;;) {
+            wake_.wait(lock, [&] { return !queue_.empty(); });
+            Job *job = queue_.front();
+            queue_.pop_front();
+            lock.unlock();
+            QString detail;
+            Helper h;
+            const bool ok = spawnHere(&h, &detail);
+            lock.lock();
+            *job->out = h;
+            if (job->detail && !ok) *job->detail = detail;
+            job->ok = ok;
+            job->done = true;
+            finished_.notify_all();
+        }
+    }
+    std::mutex mutex_;
+    std::condition_variable wake_, finished_;
+    std::deque<Job *> queue_;
+};
+
+bool spawn(Helper *out, QString *detail) { return Spawner::instance().spawn(out, detail); }
+
 void retire(Helper &h, bool kill)
 {
     if (h.pid <= 0) return;
@@ -146,7 +279,7 @@ void topUp()
 
 Helper take(QString *detail)
 {
-    QMutexLocker lock(&g_mutex);
+    const std::lock_guard<std::mutex> lock(g_mutex);
     Helper h;
     // A waiting helper that died meanwhile (killed from outside, or it could not start) is
     // reaped and passed over.
@@ -163,15 +296,23 @@ Helper take(QString *detail)
     return h;
 }
 
-void giveBack(Helper h)
+// A helper whose request went well waits for the next one. While other workers are at it
+// (a folder of thumbnails), as many stay as they may hold; otherwise the warm ones.
+void giveBack(Helper h, bool fromWorker)
 {
-    QMutexLocker lock(&g_mutex);
-    if (g_idle.size() < WarmHelpers) {
-        g_idle.append(h);
-        return;
+    QList<Helper> extra;
+    {
+        const std::lock_guard<std::mutex> lock(g_mutex);
+        const bool othersAtIt = g_workerHolding - (fromWorker ? 1 : 0) + g_workerWaiting > 0;
+        const int keep = othersAtIt ? std::max(WarmHelpers, workerLimitNow()) : WarmHelpers;
+        if (g_idle.size() < keep) {
+            g_idle.append(h);
+            h = Helper();
+        }
+        while (g_idle.size() > keep) extra.append(g_idle.takeLast());
     }
-    lock.unlock();
-    retire(h, false);
+    if (h.pid > 0) retire(h, false);
+    for (Helper &e : extra) retire(e, false);
 }
 
 bool sendAll(int fd, const QByteArray &data)
@@ -251,17 +392,20 @@ private:
 enum class Wait { Readable, TimedOut, Abandoned };
 
 // Waits until the helper's answer starts to arrive. On the user-interface thread the wait
-// is a local event loop, so the window paints and timers run meanwhile.
+// is a local event loop, so the window paints and timers run meanwhile. Any other thread
+// simply blocks on its helper's socket (looking at its cancel flag every 50 ms).
 Wait waitReadable(int fd, const QDeadlineTimer &deadline)
 {
     auto *app = QCoreApplication::instance();
     const bool uiThread = app && QThread::currentThread() == app->thread() && app->inherits("QApplication");
     if (!uiThread) {
         pollfd p{fd, POLLIN, 0};
+        const qint64 slice = t_cancel ? 50 : 1000;
         for (;;) {
+            if (cancelled()) return Wait::Abandoned;
             const qint64 left = deadline.remainingTime();
             if (left == 0) return Wait::TimedOut;
-            const int r = poll(&p, 1, int(std::min<qint64>(left, 1000)));
+            const int r = poll(&p, 1, int(std::min<qint64>(left, slice)));
             if (r > 0) return Wait::Readable;
             if (r < 0 && errno != EINTR) return Wait::Readable;  // the read will tell
         }
@@ -382,8 +526,10 @@ QString describeDeath(int status)
     if (WIFSIGNALED(status)) {
         const int sig = WTERMSIG(status);
         if (sig == SIGXCPU) return QStringLiteral("the picture decoder used up its CPU time");
-        return QStringLiteral("the picture decoder crashed (") + QString::fromLocal8Bit(strsignal(sig))
-            + QLatin1Char(')');
+        // sigdescr_np, unlike strsignal, is safe on any thread.
+        const char *name = sigdescr_np(sig);
+        return QStringLiteral("the picture decoder crashed (")
+            + (name ? QString::fromLocal8Bit(name) : QString::number(sig)) + QLatin1Char(')');
     }
     return QStringLiteral("the picture decoder stopped");
 }
@@ -396,22 +542,44 @@ void setTimeoutMs(int ms) { g_timeoutMs = std::max(ms, 100); }
 int timeoutMs() { return g_timeoutMs; }
 int helpersStarted() { return g_started; }
 int helpersRunning() { return g_running; }
+int helpersBusy() { return g_busy; }
+int workerHelperLimit() { return workerLimitNow(); }
+
+void setWorkerHelperLimit(int helpers)
+{
+    const std::lock_guard<std::mutex> lock(g_mutex);
+    g_workerLimit = std::max(helpers, 0);
+    g_workerFreed.notify_all();
+}
+
+CancelScope::CancelScope(const std::atomic<bool> *flag) : previous_(t_cancel) { t_cancel = flag; }
+CancelScope::~CancelScope() { t_cancel = previous_; }
 QString helperPath() { return helperExecutable(); }
 
 void warmUp()
 {
-    QMutexLocker lock(&g_mutex);
+    const std::lock_guard<std::mutex> lock(g_mutex);
     topUp();
 }
 
 Outcome run(const Request &request)
 {
     Outcome out;
+    // A worker thread first waits for its turn, while as many workers as may hold a helper
+    // hold one.
+    const bool fromWorker = !onMainThread();
+    WorkerSlot slot;
+    if (fromWorker && !slot.acquire()) {
+        out.kind = Outcome::Abandoned;
+        out.detail = QStringLiteral("the picture load was abandoned");
+        return out;
+    }
     Helper h = take(&out.detail);
     if (h.pid <= 0) {
         out.kind = Outcome::Unavailable;
         return out;
     }
+    const BusyCount busy;
     const QDeadlineTimer deadline(g_timeoutMs.load());
     if (!sendAll(h.fd, framed(encodeRequest(request)))) {
         // A warm helper that died on its own (it could not load the codecs): one more try.
@@ -472,7 +640,7 @@ Outcome run(const Request &request)
         return out;
     }
     if (memFd >= 0) close(memFd);
-    giveBack(h);
+    giveBack(h, fromWorker);
     out.kind = Outcome::Done;
     return out;
 }

@@ -4,10 +4,18 @@
 // program goes on. While a request runs on the user-interface thread the window keeps
 // painting and its timers keep running, but no key or mouse input is taken except Escape,
 // which abandons the decode, and closing the window, which abandons it and then closes.
+//
+// Requests may come from several threads at once, each with a helper of its own. A thread
+// other than the user-interface thread (a worker making thumbnails) blocks on its helper
+// with the same time allowed and the same handling of a crash or a limit, and touches no
+// widget; at most workerHelperLimit() of those hold a helper at once, the others wait for
+// one to come free. The user-interface thread never waits for a worker's helper.
 #pragma once
 
 #include "pictures/decoder_protocol.h"
 #include "pictures/frame_decoders.h"
+
+#include <atomic>
 
 namespace tw::decoding {
 
@@ -43,6 +51,27 @@ int timeoutMs();
 int helpersStarted();
 // Helpers running now, idle or busy.
 int helpersRunning();
+// Helpers working on a request now.
+int helpersBusy();
+
+// The most helpers that threads other than the user-interface thread hold at once (the
+// machine's core count, at least 2, unless set; 0 sets it back to that).
+void setWorkerHelperLimit(int helpers);
+int workerHelperLimit();
+
+// While one is in scope, the requests of this thread end as Abandoned as soon as *flag turns
+// true, its helper killed: a worker whose work was given up does not wait for the decode's
+// end. Not for the user-interface thread, whose waits end by Escape.
+class CancelScope {
+public:
+    explicit CancelScope(const std::atomic<bool> *flag);
+    ~CancelScope();
+    CancelScope(const CancelScope &) = delete;
+    CancelScope &operator=(const CancelScope &) = delete;
+
+private:
+    const std::atomic<bool> *previous_;
+};
 
 // The decoding calls of the codec module, made in a helper. A helper that fails gives
 // Status::Stopped (FrameDecodeStatus::Stopped), an abandoned wait Status::Abandoned.

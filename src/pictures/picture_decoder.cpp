@@ -10,7 +10,11 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
+#include <QMutex>
 #include <QStringList>
+
+#include <atomic>
+#include <cstdio>
 
 namespace tw {
 
@@ -18,31 +22,43 @@ namespace {
 
 // libjpeg reports a file cut short as a warning and fills the rest with grey; Qt passes
 // the warning to the message handler only. The handler below catches it while one JPEG
-// decodes, so that a truncated file is a failure and not half a picture.
-QStringList *g_jpegWarnings = nullptr;
-QtMessageHandler g_previousHandler = nullptr;
+// decodes, so that a truncated file is a failure and not half a picture. Pictures decode on
+// several threads at once (thumbnails on workers): each thread catches its own warnings, and
+// the handler stays in place while any thread has a catcher.
+thread_local QStringList *t_jpegWarnings = nullptr;
+QMutex g_catcherMutex;
+int g_catchers = 0;  // under g_catcherMutex
+std::atomic<QtMessageHandler> g_previousHandler{nullptr};
 
 void catchDecoderWarnings(QtMsgType type, const QMessageLogContext &ctx, const QString &msg)
 {
-    if (g_jpegWarnings && type == QtWarningMsg) {
-        g_jpegWarnings->append(msg);
+    if (t_jpegWarnings && type == QtWarningMsg) {
+        t_jpegWarnings->append(msg);
         return;
     }
-    if (g_previousHandler) g_previousHandler(type, ctx, msg);
+    // Another thread's message, or not a warning: where it would have gone.
+    if (const QtMessageHandler previous = g_previousHandler.load()) previous(type, ctx, msg);
+    else std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, ctx, msg)));
 }
 
 class WarningCatcher {
 public:
     WarningCatcher()
     {
-        g_jpegWarnings = &messages;
-        g_previousHandler = qInstallMessageHandler(catchDecoderWarnings);
+        t_jpegWarnings = &messages;
+        QMutexLocker lock(&g_catcherMutex);
+        if (g_catchers++ == 0) g_previousHandler = qInstallMessageHandler(catchDecoderWarnings);
     }
     ~WarningCatcher()
     {
-        qInstallMessageHandler(g_previousHandler);
-        g_jpegWarnings = nullptr;
+        {
+            QMutexLocker lock(&g_catcherMutex);
+            if (--g_catchers == 0) qInstallMessageHandler(g_previousHandler.load());
+        }
+        t_jpegWarnings = nullptr;
     }
+    WarningCatcher(const WarningCatcher &) = delete;
+    WarningCatcher &operator=(const WarningCatcher &) = delete;
     bool truncated() const
     {
         for (const QString &m : messages) {
@@ -388,8 +404,8 @@ int readPictureFacts(const QString &path, int page, FileFacts *out, QString *det
             QStringLiteral("FAX"),  QStringLiteral("G3"),   QStringLiteral("G4"),  QStringLiteral("EPS"),
             QStringLiteral("EPSF"), QStringLiteral("EPSI"), QStringLiteral("EPT"), QStringLiteral("PS"),
             QStringLiteral("PDF"),  QStringLiteral("WMF"),  QStringLiteral("WMZ")};
-        if (magick::ping(path, page, &mf, &msg) == magick::Status::Ok && mf.width > 0
-            && !unreliable.contains(mf.coder)) {
+        const magick::Status pinged = magick::ping(path, page, &mf, &msg);
+        if (pinged == magick::Status::Ok && mf.width > 0 && !unreliable.contains(mf.coder)) {
             f.width = mf.width;
             f.height = mf.height;
             f.bitsPerPixel = mf.bitsPerPixel;
@@ -399,8 +415,12 @@ int readPictureFacts(const QString &path, int page, FileFacts *out, QString *det
             f.totalPages = std::max(mf.pages, 1);
             f.format = formatNumberOfCoder(mf.coder, ext);
             done = true;
-        } else if (detail) {
-            *detail = msg;
+        } else {
+            if (detail) *detail = msg;
+            // A decoder that had to be stopped even for the header, or a wait the user gave
+            // up, is not tried again on the whole picture.
+            if (pinged == magick::Status::Stopped || pinged == magick::Status::Abandoned)
+                return statusOfMagick(pinged);
         }
     }
     if (!done) {

@@ -1,10 +1,13 @@
 // The thumbnail side without the window: the run of extension rows, the colour depths, the
 // desktop's thumbnail cache, the making of one thumbnail from good and bad files, and the
-// producer's order of events and its stop.
+// producer's order of events and its stop, over folders of Qt's formats and of the legacy
+// formats that the decoder helpers read on the worker threads.
 #include "browse/thumbnail_cache.h"
 #include "browse/thumbnail_producer.h"
 #include "browse/thumbnails.h"
 #include "core/catalogue.h"
+#include "pictures/decoder_pool.h"
+#include "bad_files.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
@@ -14,9 +17,19 @@
 #include <QFileInfo>
 #include <QImageReader>
 #include <QImageWriter>
+#include <QKeyEvent>
+#include <QProcess>
 #include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
+#include <QThreadPool>
+#include <QTimer>
 #include <QUrl>
+#include <QWidget>
 #include <gtest/gtest.h>
+#include <csignal>
+#include <sys/resource.h>
+#include <unistd.h>
 
 using namespace tw;
 using namespace tw::browse;
@@ -328,6 +341,79 @@ TEST_F(ThumbCacheTest, AnUnwritableCacheMeansNoCacheAndStillAThumbnail)
     EXPECT_TRUE(make(file, cache).status == ThumbOk);
 }
 
+TEST_F(ThumbCacheTest, AnUnreadableCacheFolderMeansNoCacheAndStillAThumbnail)
+{
+    const QString file = pics + QStringLiteral("/u.png");
+    writePicture(file, colourful(200, 100));
+    ASSERT_EQ(make(file, ThumbnailCache(root)).status, ThumbOk);
+    ASSERT_TRUE(make(file, ThumbnailCache(root)).fromCache);
+    // The cache folder can no longer be read: without its rights, or (for the super-user,
+    // whom rights do not stop) behind a link that leads back to itself.
+    const QString moved = tmp.path() + QStringLiteral("/moved");
+    const bool super = ::getuid() == 0;
+    if (super) {
+        ASSERT_TRUE(QDir().rename(root, moved));
+        ASSERT_TRUE(QFile::link(root, root));
+    } else {
+        ASSERT_TRUE(QFile::setPermissions(root, QFileDevice::Permissions()));
+    }
+    ThumbnailCache cache(root);
+    EXPECT_TRUE(cache.lookup(file, 128).isNull());
+    EXPECT_FALSE(cache.failedBefore(file));
+    const ThumbEvent ev = make(file, cache);
+    EXPECT_EQ(ev.status, ThumbOk);
+    EXPECT_FALSE(ev.fromCache);
+    EXPECT_EQ(ev.picture.size(), QSize(105, 52));
+    EXPECT_FALSE(cache.store(file, 128, ev.picture));
+    // A whole browse goes the same way, with every picture.
+    ThumbnailProducer p;
+    p.setCacheRoot(root);
+    p.thumbWidth = p.thumbHeight = 105;
+    p.fileMask = QStringLiteral("*.PNG");
+    int ok = 0;
+    p.onEvent = [&](const ThumbEvent &e) {
+        ok += e.status == ThumbOk && !e.fromCache;
+        return true;
+    };
+    BrowseError err;
+    EXPECT_EQ(p.browse(pics, &err), 1);
+    EXPECT_EQ(err.number, 0);
+    EXPECT_EQ(ok, 1);
+    if (super) {
+        QFile::remove(root);
+        QDir().rename(moved, root);
+    } else {
+        QFile::setPermissions(root, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    }
+}
+
+TEST_F(ThumbCacheTest, AFullCacheFolderMeansNoCacheAndStillAThumbnail)
+{
+    const QString file = pics + QStringLiteral("/f.png");
+    writePicture(file, colourful(300, 200));
+    ThumbnailCache cache(root);
+    // No file may grow beyond 64 bytes, as on a disk that is full: the entry's writing fails.
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    rlimit small = before;
+    small.rlim_cur = 64;
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    const ThumbEvent ev = make(file, cache);
+    const bool stored = cache.store(file, 128, ev.picture);
+    setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_EQ(ev.status, ThumbOk);
+    EXPECT_FALSE(ev.fromCache);
+    EXPECT_EQ(ev.picture.width(), 105);
+    EXPECT_FALSE(stored);
+    // No entry, and no half-written one under any name.
+    EXPECT_FALSE(QFileInfo::exists(cache.entryPath(file, 128)));
+    EXPECT_TRUE(QDir(root + QStringLiteral("/normal")).entryList(QDir::Files | QDir::Hidden).isEmpty());
+    // With room again, the entry is written.
+    EXPECT_FALSE(make(file, cache).fromCache);
+    EXPECT_TRUE(make(file, cache).fromCache);
+}
+
 TEST_F(ThumbCacheTest, ExifOrientationIsHonoured)
 {
     // A JPEG of 400 x 100 pixels whose Exif block says "turn a quarter" (orientation 6).
@@ -356,6 +442,51 @@ TEST_F(ThumbCacheTest, ExifOrientationIsHonoured)
     const ThumbEvent ev = make(file, ThumbnailCache(root));
     ASSERT_EQ(ev.status, ThumbOk);
     EXPECT_EQ(ev.picture.size(), QSize(26, 105));
+}
+
+namespace {
+long statusKiB(const char *key)
+{
+    QFile f(QStringLiteral("/proc/self/status"));
+    if (!f.open(QIODevice::ReadOnly)) return -1;
+    for (const QByteArray &line : f.readAll().split('\n'))
+        if (line.startsWith(key)) return line.mid(int(strlen(key))).trimmed().split(' ').first().toLong();
+    return -1;
+}
+}  // namespace
+
+TEST_F(ThumbCacheTest, AJpegIsDecodedScaledNeverWhole)
+{
+    // 6000 x 4000 pixels: 96 MB once decoded whole, 1.5 MB at an eighth of its size.
+    const QString file = pics + QStringLiteral("/big.jpg");
+    {
+        QImage img(6000, 4000, QImage::Format_RGB32);
+        for (int y = 0; y < img.height(); ++y) {
+            auto *line = reinterpret_cast<QRgb *>(img.scanLine(y));
+            for (int x = 0; x < img.width(); ++x)
+                line[x] = qRgb(x & 0xFF, y & 0xFF, (x / 16 + y / 16) & 0xFF);
+        }
+        writePicture(file, img, "jpeg");
+    }
+    // The peak of memory use is set back to what is in use now, then read after the thumbnail.
+    QFile clear(QStringLiteral("/proc/self/clear_refs"));
+    if (!clear.open(QIODevice::WriteOnly) || clear.write("5") != 1) GTEST_SKIP() << "cannot reset the peak";
+    clear.close();
+    const long before = statusKiB("VmRSS:");
+    const ThumbEvent ev = make(file, ThumbnailCache(root));
+    const long peak = statusKiB("VmHWM:");
+    ASSERT_EQ(ev.status, ThumbOk);
+    EXPECT_EQ(ev.sourceWidth, 6000);
+    EXPECT_EQ(ev.picture.width(), 105);
+    EXPECT_LT(peak - before, 24 * 1024) << "the picture was decoded whole: " << (peak - before) << " KB more";
+    // The measure itself: a whole decode of the same file shows.
+    ASSERT_TRUE(clear.open(QIODevice::WriteOnly) && clear.write("5") == 1);
+    clear.close();
+    const long before2 = statusKiB("VmRSS:");
+    QImageReader whole(file);
+    whole.setAllocationLimit(1024);
+    EXPECT_EQ(whole.read().size(), QSize(6000, 4000));
+    EXPECT_GT(statusKiB("VmHWM:") - before2, 64 * 1024);
 }
 
 TEST_F(ThumbCacheTest, AHugeHeaderIsRefusedBeforeAnyPixel)
@@ -500,6 +631,8 @@ TEST_F(ProducerTest, EventsArriveInListOrderAndStopEndsTheBrowse)
 TEST_F(ProducerTest, SettingsAreChecked)
 {
     ThumbnailProducer p;
+    // One worker per core.
+    EXPECT_EQ(p.pool()->maxThreadCount(), QThread::idealThreadCount());
     p.thumbWidth = 0;
     p.thumbHeight = 10;
     EXPECT_EQ(p.validate().number, ThumbErrInvalidValue);
@@ -513,4 +646,236 @@ TEST_F(ProducerTest, SettingsAreChecked)
     p.thumbWidth = -3;
     EXPECT_EQ(p.browse(pics, &err), 0);
     EXPECT_EQ(err.number, ThumbErrInvalidValue);
+}
+
+// ---------------------------------------------------------------- folders of mixed formats
+
+namespace {
+
+bool copyTo(const QString &from, const QString &to)
+{
+    QFile::remove(to);
+    return QFile::copy(from, to);
+}
+
+// A program started for a file (Ghostscript for PostScript) that is still running.
+bool stillRunningFor(const QString &path)
+{
+    QProcess ps;
+    ps.start(QStringLiteral("pgrep"), {QStringLiteral("-f"), path});
+    ps.waitForFinished();
+    return !ps.readAllStandardOutput().trimmed().isEmpty();
+}
+
+// Counts the key presses that reach a widget while a decoder helper is at work. While the
+// interface thread itself waits for a helper, input is held back: a key that arrives then
+// proves that the decode runs elsewhere.
+struct KeyCounter : QObject {
+    int whileDecoding = 0;
+    bool eventFilter(QObject *, QEvent *e) override
+    {
+        if (e->type() == QEvent::KeyPress && decoding::helpersBusy() > 0) ++whileDecoding;
+        return false;
+    }
+};
+
+const QString Mask = QStringLiteral("*.PNG;*.PCX;*.JPG;*.TGA;*.EPS;*.PSD;*.JBG;*.BMP");
+
+}  // namespace
+
+class MixedFolderTest : public ThumbCacheTest {
+protected:
+    void TearDown() override { decoding::setTimeoutMs(5000); }
+};
+
+TEST_F(MixedFolderTest, LegacyFormatsAreMadeOnTheWorkersAndArriveInOrder)
+{
+    if (!twtest::haveCorpus()) GTEST_SKIP() << "no corpus";
+    // Qt's formats and the codec module's, interleaved in the list's order, with an endless
+    // PostScript file, a JBIG file that crashes its decoder and a Photoshop file cut short.
+    const QImage img = colourful(160, 120);
+    writePicture(pics + QStringLiteral("/01.png"), img);
+    ASSERT_TRUE(copyTo(twtest::corpus(QStringLiteral("pcx/input.pcx")), pics + QStringLiteral("/02.pcx")));
+    writePicture(pics + QStringLiteral("/03.jpg"), img, "jpeg");
+    ASSERT_TRUE(copyTo(twtest::corpus(QStringLiteral("tga/input.tga")), pics + QStringLiteral("/04.tga")));
+    ASSERT_FALSE(twtest::endlessEps(pics, QStringLiteral("05.eps")).isEmpty());
+    ASSERT_TRUE(copyTo(twtest::corpus(QStringLiteral("psd/input.psd")), pics + QStringLiteral("/06.psd")));
+    ASSERT_FALSE(twtest::jbigWithSize(pics, QStringLiteral("07.jbg"), twtest::CrashingJbigSize).isEmpty());
+    ASSERT_TRUE(
+        copyTo(twtest::corpus(QStringLiteral("pcx/p_4_planes.pcx")), pics + QStringLiteral("/08.pcx")));
+    {
+        QFile in(twtest::corpus(QStringLiteral("psd/hopper.psd")));
+        ASSERT_TRUE(in.open(QIODevice::ReadOnly));
+        QFile out(pics + QStringLiteral("/09.psd"));
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write(in.read(400));
+    }
+    writePicture(pics + QStringLiteral("/10.bmp"), img, "bmp");
+    const QStringList names{QStringLiteral("01.png"), QStringLiteral("02.pcx"), QStringLiteral("03.jpg"),
+                            QStringLiteral("04.tga"), QStringLiteral("05.eps"), QStringLiteral("06.psd"),
+                            QStringLiteral("07.jbg"), QStringLiteral("08.pcx"), QStringLiteral("09.psd"),
+                            QStringLiteral("10.bmp")};
+    const QList<int> expected{ThumbOk, ThumbOk,         ThumbOk, ThumbOk,         ThumbUnreadable,
+                              ThumbOk, ThumbUnreadable, ThumbOk, ThumbUnreadable, ThumbOk};
+    decoding::setTimeoutMs(1500);
+
+    ThumbnailProducer p;
+    p.setCacheRoot(root);
+    p.thumbWidth = p.thumbHeight = 105;
+    p.bitsPerPixel = 24;
+    p.fileMask = Mask;
+    QList<ThumbEvent> events;
+    p.onEvent = [&](const ThumbEvent &ev) {
+        events << ev;
+        return true;
+    };
+    // The interface thread meanwhile: a timer that ticks, and keys typed while a helper works.
+    QWidget w;
+    w.show();
+    KeyCounter keys;
+    w.installEventFilter(&keys);
+    QElapsedTimer clock;
+    qint64 last = 0, longestGap = 0;
+    int ticks = 0;
+    QTimer tick;
+    tick.setInterval(10);
+    QObject::connect(&tick, &QTimer::timeout, [&] {
+        longestGap = qMax(longestGap, clock.elapsed() - last);
+        last = clock.elapsed();
+        ++ticks;
+        if (decoding::helpersBusy() > 0)
+            QCoreApplication::postEvent(&w, new QKeyEvent(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, "a"));
+    });
+    clock.start();
+    tick.start();
+    BrowseError err;
+    EXPECT_EQ(p.browse(pics, &err), 10);
+    tick.stop();
+    const qint64 cold = clock.elapsed();
+    EXPECT_EQ(err.number, 0);
+    ASSERT_EQ(events.size(), 10);
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_EQ(QFileInfo(events[i].path).fileName(), names[i]);
+        EXPECT_EQ(events[i].status, expected[i]) << names[i].toStdString();
+        if (expected[i] == ThumbOk) {
+            EXPECT_FALSE(events[i].picture.isNull()) << names[i].toStdString();
+            EXPECT_LE(qMax(events[i].picture.width(), events[i].picture.height()), 105);
+        }
+    }
+    // The endless file held a helper for the whole time allowed, and the interface thread
+    // took input all the while.
+    EXPECT_GE(cold, 1400);
+    EXPECT_GT(keys.whileDecoding, 10) << ticks << " ticks";
+    EXPECT_LT(longestGap, 300);
+    EXPECT_FALSE(stillRunningFor(pics + QStringLiteral("/05.eps")));
+    // A worker's thumbnail is the one the interface thread would have made.
+    bool other = false;
+    makeThumbnail(pics + QStringLiteral("/02.pcx"), 105, 105, 24, nullptr, 1 << 28, &other);
+    EXPECT_TRUE(other);
+    EXPECT_EQ(
+        makeThumbnailWithPictureDecoder(pics + QStringLiteral("/02.pcx"), 105, 105, 24, nullptr, 1 << 28)
+            .picture,
+        events[1].picture);
+
+    // Again: the legacy pictures come from the cache, the failures are known and skipped.
+    events.clear();
+    clock.restart();
+    EXPECT_EQ(p.browse(pics, &err), 10);
+    const qint64 warm = clock.elapsed();
+    ASSERT_EQ(events.size(), 10);
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_EQ(events[i].status, expected[i]) << names[i].toStdString();
+        EXPECT_EQ(events[i].fromCache, expected[i] == ThumbOk) << names[i].toStdString();
+    }
+    EXPECT_LT(warm, 1000);
+    qInfo("mixed folder: cold %lld ms (one file held for the 1.5 s allowed), warm %lld ms, %d keys taken "
+          "while helpers worked, longest pause %lld ms",
+          cold, warm, keys.whileDecoding, longestGap);
+}
+
+TEST_F(MixedFolderTest, AHugeLegacyHeaderIsRefusedBeforeAnyPixel)
+{
+    // Targa and PCX headers that say 40000 x 40000 pixels, with a few bytes behind them.
+    const QString tga = pics + QStringLiteral("/huge.tga");
+    {
+        QByteArray d(18, '\0');
+        d[2] = 2;  // true colour, uncompressed
+        d[12] = char(0x40);
+        d[13] = char(0x9C);
+        d[14] = char(0x40);
+        d[15] = char(0x9C);
+        d[16] = 24;
+        d.append(QByteArray(3000, '\x7f'));
+        QFile f(tga);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(d);
+    }
+    const QString pcx = pics + QStringLiteral("/huge.pcx");
+    {
+        QByteArray d(128, '\0');
+        d[0] = 10;  // PCX
+        d[1] = 5;
+        d[2] = 1;  // run-length encoded
+        d[3] = 8;
+        // Window 0,0 to 39999,39999, one plane of 8 bits, 40000 bytes a line.
+        d[8] = char(0x3F);
+        d[9] = char(0x9C);
+        d[10] = char(0x3F);
+        d[11] = char(0x9C);
+        d[65] = 1;
+        d[66] = char(0x40);
+        d[67] = char(0x9C);
+        d.append(QByteArray(3000, '\x01'));
+        QFile f(pcx);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(d);
+    }
+    for (const QString &file : {tga, pcx}) {
+        bool other = false;
+        makeThumbnail(file, 105, 105, 24, nullptr, 16384LL * 16384, &other);
+        EXPECT_TRUE(other);
+        QElapsedTimer t;
+        t.start();
+        const ThumbEvent ev = makeThumbnailWithPictureDecoder(file, 105, 105, 24, nullptr, 16384LL * 16384);
+        // Refused from the header that the decoder helper read, before a pixel.
+        EXPECT_EQ(ev.status, ThumbTooLarge);
+        EXPECT_EQ(ev.sourceWidth, 40000);
+        EXPECT_EQ(ev.sourceHeight, 40000);
+        EXPECT_TRUE(ev.picture.isNull());
+        EXPECT_LT(t.elapsed(), 2000);
+        qInfo("%s: status %d, %d x %d from its header, %lld ms", qPrintable(QFileInfo(file).fileName()),
+              ev.status, ev.sourceWidth, ev.sourceHeight, t.elapsed());
+    }
+}
+
+TEST_F(MixedFolderTest, StopDuringALegacyDecodeIsSeenAtOnce)
+{
+    if (!twtest::haveCorpus()) GTEST_SKIP() << "no corpus";
+    const QString eps = twtest::endlessEps(pics, QStringLiteral("01.eps"));
+    ASSERT_TRUE(copyTo(twtest::corpus(QStringLiteral("pcx/input.pcx")), pics + QStringLiteral("/02.pcx")));
+    decoding::setTimeoutMs(8000);
+    ThumbnailProducer p;
+    p.setCacheRoot(root);
+    p.thumbWidth = p.thumbHeight = 105;
+    p.fileMask = Mask;
+    bool stop = false;
+    QList<ThumbEvent> events;
+    p.onEvent = [&](const ThumbEvent &ev) {
+        events << ev;
+        return !stop;
+    };
+    p.stopPending = [&] { return stop; };
+    QTimer::singleShot(300, [&] { stop = true; });
+    QElapsedTimer clock;
+    clock.start();
+    BrowseError err;
+    EXPECT_EQ(p.browse(pics, &err), 1);
+    EXPECT_EQ(err.number, ThumbErrStopped);
+    EXPECT_LT(clock.elapsed(), 1500);
+    ASSERT_EQ(events.size(), 1);
+    EXPECT_EQ(events[0].status, ThumbUnreadable);
+    // A decode given up is no failure of the file: it is tried again next time.
+    EXPECT_FALSE(ThumbnailCache(root).failedBefore(eps));
+    for (int i = 0; i < 100 && stillRunningFor(eps); ++i) QTest::qWait(20);
+    EXPECT_FALSE(stillRunningFor(eps));
 }

@@ -12,20 +12,36 @@
 #include "core/globals.h"
 #include "core/tool_ids.h"
 #include "core/tool_manager.h"
+#include "pictures/decoder_pool.h"
+#include "bad_files.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QImage>
 #include <QMessageBox>
+#include <QScrollBar>
 #include <QSplitter>
 #include <QTest>
 #include <QThreadPool>
 #include <QTimer>
 #include <clocale>
+#include <unistd.h>
 
 using namespace tw;
+
+namespace {
+long statusKiB(const char *key)
+{
+    QFile f(QStringLiteral("/proc/self/status"));
+    if (!f.open(QIODevice::ReadOnly)) return -1;
+    for (const QByteArray &line : f.readAll().split('\n'))
+        if (line.startsWith(key)) return line.mid(int(strlen(key))).trimmed().split(' ').first().toLong();
+    return -1;
+}
+}  // namespace
 
 class ThumbnailsWindowTest : public QObject {
     Q_OBJECT
@@ -154,6 +170,76 @@ private slots:
         QVERIFY(boxes.isEmpty());
     }
 
+    void theGridReplacesThePanesAtItsFirstCell()
+    {
+        // A damaged picture first: it gets no cell, and the panes stay until a picture comes.
+        const QString dir = folderOf(QStringLiteral("firstcell"), 4);
+        {
+            QFile f(dir + QStringLiteral("/p0.png"));
+            QVERIFY(f.open(QIODevice::WriteOnly));
+            f.write("not a PNG");
+        }
+        showFolder(dir);
+        struct Seen {
+            int cells;
+            bool grid, panes, shown;
+        };
+        QList<Seen> seen;
+        thumbs()->afterEvent = [&](const browse::ThumbEvent &) {
+            seen.append({thumbs()->grid()->count(), thumbs()->grid()->isVisible(),
+                         browse()->Splitter1->isVisible(), thumbs()->ThumbnailsShown});
+        };
+        press(tool::ThumbNails);
+        thumbs()->afterEvent = nullptr;
+        QCOMPARE(seen.size(), 5);
+        // The damaged file: no cell, the panes still up.
+        QCOMPARE(seen[0].cells, 0);
+        QVERIFY(!seen[0].grid);
+        QVERIFY(seen[0].panes);
+        // The first picture: the grid takes the panes' place while the load goes on.
+        QCOMPARE(seen[1].cells, 1);
+        QVERIFY(seen[1].grid);
+        QVERIFY(!seen[1].panes);
+        QVERIFY(!seen[1].shown);
+        QCOMPARE(seen[4].cells, 4);
+        QVERIFY(!seen[4].shown);
+        // Only the load's end gives the button its toggle form.
+        QVERIFY(thumbs()->ThumbnailsShown);
+        QCOMPARE(thumbs()->ThumbCount, 4);
+        QVERIFY(boxes.isEmpty());
+    }
+
+    void stopDuringAHangingLegacyDecodeActsAtOnce()
+    {
+        // The first file keeps its decoder busy for ever (Ghostscript looping); the user
+        // presses Stop meanwhile, with the window taking input all the while.
+        const QString dir = folderOf(QStringLiteral("hanging"), 3);
+        const QString eps = twtest::endlessEps(dir, QStringLiteral("z.eps"));
+        QVERIFY(!eps.isEmpty());
+        showFolder(dir);
+        decoding::setTimeoutMs(8000);
+        QElapsedTimer clock;
+        qint64 pressedAt = -1;
+        QTimer::singleShot(400, this, [&] {
+            pressedAt = clock.elapsed();
+            press(tool::Stop);
+        });
+        clock.start();
+        press(tool::ThumbNails);
+        const qint64 ended = clock.elapsed();
+        decoding::setTimeoutMs(5000);
+        QVERIFY(pressedAt >= 0);
+        QVERIFY2(ended - pressedAt < 300, qPrintable(QString::number(ended - pressedAt)));
+        // JPG, PNG, then EPS among the rows: the PNG cells came first and stay.
+        QCOMPARE(thumbs()->grid()->count(), 3);
+        QVERIFY(thumbs()->ThumbLoadStopped);
+        QVERIFY(thumbs()->ThumbFolder.isEmpty());
+        QVERIFY(boxes.isEmpty());
+        // The hanging decode is given up, not recorded as a file that cannot be made.
+        QVERIFY(!thumbs()->producer().cache().failedBefore(eps));
+        QTRY_VERIFY(decoding::helpersBusy() == 0);
+    }
+
     void withTheSelectionListUpAClickOnlySelects()
     {
         const QString dir = folderOf(QStringLiteral("sel"), 3);
@@ -194,15 +280,40 @@ private slots:
 
     void aBigFolderKeepsTheWindowResponsiveAndTheCellsSmall()
     {
+        // A folder of 10,000 pictures of 320 x 240, each larger than its cell.
         const int pictures = qEnvironmentVariableIntValue("TW_THUMB_FOLDER_SIZE") > 0
             ? qEnvironmentVariableIntValue("TW_THUMB_FOLDER_SIZE")
-            : 2000;
-        const QString dir = folderOf(QStringLiteral("big"), pictures);
+            : 10000;
+        const int stopAt = qMin(1000, pictures / 2);
+        const QString dir = QDir::homePath() + QStringLiteral("/big");
+        QDir().mkpath(dir);
+        {
+            QImage img(320, 240, QImage::Format_RGB32);
+            for (int y = 0; y < img.height(); ++y)
+                for (int x = 0; x < img.width(); ++x) img.setPixel(x, y, qRgb(x % 256, y, (x * y) % 256));
+            QByteArray jpeg;
+            QBuffer buf(&jpeg);
+            buf.open(QIODevice::WriteOnly);
+            QVERIFY(img.save(&buf, "JPEG"));
+            const QString first = dir + QStringLiteral("/p1.jpg");
+            QFile f(first);
+            QVERIFY(f.open(QIODevice::WriteOnly));
+            f.write(jpeg);
+            f.close();
+            // The others are further names of the first (quick to make: no new file each).
+            const QByteArray from = QFile::encodeName(first);
+            for (int i = 2; i <= pictures; ++i)
+                QCOMPARE(::link(from.constData(),
+                                QFile::encodeName(dir + QStringLiteral("/p%1.jpg").arg(i)).constData()),
+                         0);
+        }
         showFolder(dir);
-        // A timer of the window keeps ticking while the grid fills.
+        const long rssBefore = statusKiB("VmRSS:");
+        // A timer of the window keeps ticking while the grid fills; meanwhile the user scrolls
+        // the grid and, with some thousands of cells made, presses Stop.
         QElapsedTimer clock;
-        qint64 last = 0, longestGap = 0;
-        int ticks = 0;
+        qint64 last = 0, longestGap = 0, pressedAt = -1;
+        int ticks = 0, scrolledTo = -1;
         QTimer tick;
         tick.setInterval(10);
         connect(&tick, &QTimer::timeout, this, [&] {
@@ -212,24 +323,46 @@ private slots:
             longestGap = qMax(longestGap, now - last);
             last = now;
             ++ticks;
+            const int cells = thumbs()->grid()->count();
+            QScrollBar *bar = thumbs()->grid()->verticalScrollBar();
+            if (scrolledTo < 0 && cells >= stopAt / 2 && bar->maximum() > 0) {
+                bar->setValue(bar->maximum() / 2);
+                scrolledTo = bar->value();
+            }
+            if (pressedAt < 0 && cells >= stopAt) {
+                pressedAt = now;
+                press(tool::Stop);
+            }
         });
         clock.start();
         tick.start();
         press(tool::ThumbNails);
+        const qint64 ended = clock.elapsed();
         tick.stop();
-        QCOMPARE(thumbs()->grid()->count(), pictures);
+        const int cells = thumbs()->grid()->count();
+        QVERIFY2(pressedAt >= 0, "the load ended before Stop could be pressed");
+        // Stop acts at the next file: the load ends at once, with the cells made so far.
+        QVERIFY2(ended - pressedAt < 100, qPrintable(QString::number(ended - pressedAt)));
+        QVERIFY(cells >= stopAt && cells < pictures);
+        QVERIFY(thumbs()->ThumbLoadStopped);
+        QVERIFY(thumbs()->ThumbnailMode);
+        QVERIFY(boxes.isEmpty());
+        // The scroll the user made during the load held.
+        QVERIFY(scrolledTo > 0);
         QVERIFY2(ticks > 10, qPrintable(QString::number(ticks)));
         QVERIFY2(longestGap < 300, qPrintable(QString::number(longestGap)));
-        const QImage cell = thumbs()->grid()->picture(pictures - 1);
-        QVERIFY(cell.width() <= 105 && cell.height() <= 105);
+        const QImage cell = thumbs()->grid()->picture(cells - 1);
+        QCOMPARE(cell.width(), 105);
+        QVERIFY(cell.height() == 78 || cell.height() == 79);
         QCOMPARE(cell.format(), QImage::Format_RGB16);
-        QFile status(QStringLiteral("/proc/self/status"));
-        QByteArray rss;
-        if (status.open(QIODevice::ReadOnly))
-            for (const QByteArray &line : status.readAll().split('\n'))
-                if (line.startsWith("VmRSS")) rss = line.simplified();
-        qInfo("%d cells in %lld ms, longest pause %lld ms, %s", thumbs()->grid()->count(), clock.elapsed(),
-              longestGap, rss.constData());
+        // The cells hold the small pictures only: well under what the decoded pictures
+        // (300 KB each) would take.
+        const long rssAfter = statusKiB("VmRSS:");
+        const double perCell = double(rssAfter - rssBefore) / cells;
+        QVERIFY2(perCell < 60, qPrintable(QString::number(perCell) + QStringLiteral(" KB a cell")));
+        qInfo("%d of %d cells in %lld ms, Stop to the end of the load %lld ms, longest pause %lld ms, "
+              "%.1f KB more memory a cell",
+              cells, pictures, ended, ended - pressedAt, longestGap, perCell);
     }
 
     void aProducerWithoutWorkersGivesTheTwoErrorBoxes()

@@ -5,6 +5,7 @@
 #include "pictures/imaging_control.h"
 #include "pictures/imaging_errors.h"
 #include "pictures/picture_decoder.h"
+#include "bad_files.h"
 #include "test_support.h"
 
 #include <QApplication>
@@ -22,32 +23,10 @@ using namespace tw;
 
 namespace {
 
-// The corpus's JBIG file with the header's width and height (bytes 4 to 11) replaced.
-QString jbigWithSize(const QString &dir, const QString &name, const QByteArray &size)
-{
-    QFile in(twtest::corpus(QStringLiteral("jbg/input.bie")));
-    if (!in.open(QIODevice::ReadOnly)) return QString();
-    QByteArray d = in.readAll();
-    d.replace(4, 8, size);
-    const QString path = dir + QLatin1Char('/') + name;
-    QFile out(path);
-    if (!out.open(QIODevice::WriteOnly)) return QString();
-    out.write(d);
-    return path;
-}
-
-// A PostScript picture that never ends: Ghostscript loops for ever on it.
-QString endlessEps(const QString &dir)
-{
-    const QString path = dir + QStringLiteral("/endless.eps");
-    QFile f(path);
-    if (!f.open(QIODevice::WriteOnly)) return QString();
-    f.write("%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 10 10\n{} loop\n");
-    return path;
-}
-
-const QByteArray CrashingSize("\x00\x10\x00\x00\x00\x10\x00\x00", 8);  // 1048576 x 1048576
-const QByteArray FreezingSize("\x7f\xff\xff\xff\x00\x10\x00\x00", 8);  // width 7fffffff
+using twtest::endlessEps;
+using twtest::jbigWithSize;
+const QByteArray CrashingSize = twtest::CrashingJbigSize;
+const QByteArray FreezingSize = twtest::FreezingJbigSize;
 
 // A TIFF of `pages` grey pages of w x h, deflate-compressed (small on disk, large decoded).
 bool writeManyPageTiff(const QString &path, int pages, int w, int h)

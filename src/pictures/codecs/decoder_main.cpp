@@ -301,9 +301,9 @@ int main()
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (getppid() == 1) return 0;
     setLimit(RLIMIT_CORE, 0, 0);
-#ifndef __SANITIZE_ADDRESS__
-    // (A build with AddressSanitizer reserves terabytes of address space for its shadow
-    // memory, so there the limit would stop the helper before it starts.)
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+    // (A build with AddressSanitizer or ThreadSanitizer reserves terabytes of address space
+    // for its shadow memory, so there the limit would stop the helper before it starts.)
     setLimit(RLIMIT_AS, AddressSpaceLimit, AddressSpaceLimit);
 #endif
 
