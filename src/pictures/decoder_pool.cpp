@@ -1,5 +1,7 @@
 #include "pictures/decoder_pool.h"
 
+#include "core/modules.h"
+
 #include "core/busy.h"
 
 #include <QCoreApplication>
@@ -131,17 +133,8 @@ struct BusyCount {
 QString findHelper()
 {
     // Beside the codec module: the build's lib/ folder, or the installation's.
-    QStringList c;
-    if (QCoreApplication::instance()) {
-        const QString exe = QCoreApplication::applicationDirPath();
-        c << exe + QStringLiteral("/../lib/tarnwick-decoder")
-          << exe + QStringLiteral("/" TW_CODEC_MODULE_FROM_BIN "/tarnwick-decoder");
-    }
-    for (const QString &p : c) {
-        const QFileInfo fi(p);
-        if (fi.isFile() && fi.isExecutable()) return QDir::cleanPath(fi.absoluteFilePath());
-    }
-    return QString();
+    const QString p = programModuleFile(QStringLiteral("tarnwick-decoder"));
+    return !p.isEmpty() && QFileInfo(p).isExecutable() ? p : QString();
 }
 
 const QString &helperExecutable()
