@@ -18,6 +18,7 @@
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QtTest>
 
 using namespace tw;
@@ -148,16 +149,14 @@ private slots:
         QCOMPARE(ed.RotatePosition, 40);
         QCOMPARE(ed.RotateDegrees, 40);
         QCOMPARE(ed.Text1->text(), QStringLiteral("40"));
-        QCOMPARE(shown(ed),
-                 effects::rotate(effects::rotate(src, 3000, 0xFFFFFFFF), 1000, 0xFFFFFFFF));
+        QCOMPARE(shown(ed), effects::rotate(effects::rotate(src, 3000, 0xFFFFFFFF), 1000, 0xFFFFFFFF));
         // Accept makes one clean turn from the undo copy and counts the slider from 0 again.
         ed.AcceptBtn[6]->click();
         QCOMPARE(shown(ed), effects::rotate(src, 4000, 0xFFFFFFFF));
         QCOMPARE(ed.RotatePosition, 0);
         QCOMPARE(ed.SCRotateFree->value(), 40);
         ed.SCRotateFree->setValue(41);
-        QCOMPARE(shown(ed),
-                 effects::rotate(effects::rotate(src, 4000, 0xFFFFFFFF), 4100, 0xFFFFFFFF));
+        QCOMPARE(shown(ed), effects::rotate(effects::rotate(src, 4000, 0xFFFFFFFF), 4100, 0xFFFFFFFF));
     }
 
     void rotationEdges()
@@ -245,8 +244,7 @@ private slots:
         link.setMainPicture = [&](const QImage &img) { applied = img; };
         ColourEditor ed(link);
         ed.loadPicture(big);
-        QCOMPARE(std::max(shown(ed).width(), shown(ed).height()),
-                 PictureEditor::PreviewSide);
+        QCOMPARE(std::max(shown(ed).width(), shown(ed).height()), PictureEditor::PreviewSide);
         QElapsedTimer t;
         t.start();
         ed.SCBrightness->setValue(100);
@@ -255,6 +253,113 @@ private slots:
         QCOMPARE(applied.size(), big.size());
         QCOMPARE(QColor(applied.pixel(3000, 2000)),
                  QColor(effects::brightness(big.copy(0, 0, 1, 1), 100).pixel(0, 0)));
+    }
+
+    void quickChangesShowOnlyTheLast()
+    {
+        // Many value changes in a row: the older ones' work is stale and never shown; what
+        // stays on Image2, and what Apply takes, is the last value's.
+        const QImage src = testPicture(1600, 1200);
+        QImage applied;
+        EditorLink link;
+        link.setMainPicture = [&](const QImage &img) { applied = img; };
+        ColourEditor ed(link);
+        ed.loadPicture(src);
+        ed.FirstActivation = false;
+        QList<QImage> painted;
+        connect(ed.Image2, &EditorPicture::pictureSet, &ed, [&](const QImage &img) { painted.append(img); });
+        int changes = 0;
+        for (int v = 10; v <= 600; v += 10, ++changes) {
+            ed.SCBrightness->setValue(v);
+            if (changes % 5 == 0) QCoreApplication::processEvents();
+        }
+        QVERIFY(ed.working());
+        QTRY_VERIFY_WITH_TIMEOUT(!ed.working(), 10000);
+        QVERIFY(!painted.isEmpty());
+        QVERIFY2(painted.size() < changes, qPrintable(QString::number(painted.size())));
+        const QImage last = effects::brightness(ed.originalPreview(), 600);
+        QCOMPARE(painted.last(), last);
+        QCOMPARE(ed.currentPreview(), last);
+        // Nothing stale arrives later.
+        QTest::qWait(100);
+        QCOMPARE(ed.currentPreview(), last);
+        ed.ApplyBtn->click();
+        QCOMPARE(applied, effects::brightness(src, 600));
+    }
+
+    void applyWaitsForTheLatestFullResult()
+    {
+        // Apply right after a change, before any work has been done: the full picture of the
+        // latest settings, never an older one.
+        const QImage src = testPicture(1500, 1000);
+        QImage applied;
+        EditorLink link;
+        link.setMainPicture = [&](const QImage &img) { applied = img; };
+        EffectsEditor ed(link);
+        ed.loadPicture(src);
+        ed.SCPosterize->setValue(4);
+        ed.SCPosterize->setValue(6);
+        ed.ApplyBtn->click();
+        QCOMPARE(applied, effects::posterize(effects::posterize(src, 4), 6));
+        QVERIFY(!ed.working());
+    }
+
+    void hugePictureStaysLive()
+    {
+        // 16000 x 16000: the editor opens it, a slider shows its result on the preview copy
+        // at once, and the full picture's work leaves the window running (a timer keeps
+        // firing) until Apply takes its result.
+        QImage huge(16000, 16000, QImage::Format_RGB32);
+        if (huge.isNull()) QSKIP("no memory for a 16000 x 16000 picture");
+        huge.fill(qRgb(120, 60, 30));
+        QImage applied;
+        EditorLink link;
+        link.setMainPicture = [&](const QImage &img) { applied = img; };
+        auto *ed = new ColourEditor(link);
+        ed->loadPicture(huge);
+        ed->FirstActivation = false;
+        QCOMPARE(std::max(ed->originalPreview().width(), ed->originalPreview().height()),
+                 PictureEditor::PreviewSide);
+        QElapsedTimer clock;
+        qint64 lastTick = 0, longestGap = 0;
+        int ticks = 0;
+        QTimer timer;
+        timer.setInterval(10);
+        connect(&timer, &QTimer::timeout, [&] {
+            ++ticks;
+            longestGap = std::max(longestGap, clock.elapsed() - lastTick);
+            lastTick = clock.elapsed();
+        });
+        bool previewShown = false;
+        qint64 previewAt = -1;
+        connect(ed->Image2, &EditorPicture::pictureSet, ed, [&] {
+            if (!previewShown) previewAt = clock.elapsed();
+            previewShown = true;
+        });
+        clock.start();
+        timer.start();
+        ed->SCBrightness->setValue(200);
+        QTRY_VERIFY_WITH_TIMEOUT(previewShown, 5000);
+        QVERIFY(ed->working());  // the full picture's work goes on
+        QTRY_VERIFY_WITH_TIMEOUT(!ed->working(), 60000);
+        const qint64 fullAt = clock.elapsed();
+        qInfo("preview painted after %lld ms, full picture done after %lld ms, longest pause of the "
+              "window %lld ms",
+              previewAt, fullAt, longestGap);
+        QVERIFY2(ticks >= 5, qPrintable(QString::number(ticks)));
+        QVERIFY2(longestGap < 1000, qPrintable(QString::number(longestGap)));
+        ed->ApplyBtn->click();
+        QCOMPARE(applied.size(), QSize(16000, 16000));
+        QCOMPARE(applied.pixel(15999, 15999), effects::brightness(huge.copy(0, 0, 1, 1), 200).pixel(0, 0));
+        applied = QImage();
+        // A change while the full work runs, then the window closed: the stale work ends on
+        // its own and nothing reaches the closed editor.
+        ed->SCBrightness->setValue(300);
+        ed->SCContrast->setValue(300);
+        QTRY_VERIFY_WITH_TIMEOUT(previewAt >= 0 && ed->Image2->image() != ed->originalPreview(), 5000);
+        delete ed;
+        QTest::qWait(50);
+        QVERIFY(applied.isNull());
     }
 
     void noPictureMessage()
