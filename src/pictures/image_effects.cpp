@@ -4,6 +4,8 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QThread>
+#include <QtConcurrent/QtConcurrentMap>
 #include <QFileInfo>
 #include <QLibrary>
 #include <QPainter>
@@ -21,18 +23,222 @@ QImage argb(const QImage &src)
     return src.convertToFormat(src.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
 }
 
+// f(firstRow, endRow) over bands of the rows, the bands spread over the processor's cores
+// (the global thread pool; the calling thread waits).
+template <typename F> void inBands(int rows, const F &f)
+{
+    const int cores = std::max(1, QThread::idealThreadCount());
+    if (cores == 1 || rows < 32) {
+        f(0, rows);
+        return;
+    }
+    const int count = std::min(rows / 8, cores * 4);
+    std::vector<std::pair<int, int>> bands;
+    for (int i = 0; i < count; ++i) bands.push_back({rows * i / count, rows * (i + 1) / count});
+    QtConcurrent::blockingMap(bands, [&f](const std::pair<int, int> &b) { f(b.first, b.second); });
+}
+
 // Every colour channel through one table.
 QImage mapChannels(const QImage &src, const uchar (&lut)[256])
 {
     QImage out = argb(src);
-    for (int y = 0; y < out.height(); ++y) {
-        auto *p = reinterpret_cast<QRgb *>(out.scanLine(y));
-        for (int x = 0; x < out.width(); ++x) {
-            const QRgb c = p[x];
-            p[x] = qRgba(lut[qRed(c)], lut[qGreen(c)], lut[qBlue(c)], qAlpha(c));
+    if (out.isNull()) return src;
+    const int w = out.width();
+    inBands(out.height(), [&](int y0, int y1) {
+        for (int y = y0; y < y1; ++y) {
+            auto *p = reinterpret_cast<QRgb *>(out.scanLine(y));
+            for (int x = 0; x < w; ++x) {
+                const QRgb c = p[x];
+                p[x] = qRgba(lut[qRed(c)], lut[qGreen(c)], lut[qBlue(c)], qAlpha(c));
+            }
         }
-    }
+    });
     return out;
+}
+
+// ImageMagick keeps 16 bits a channel: a value of 0..1 as it stores it, and as it gives it
+// back in 8 bits.
+inline uchar fromUnit(double v)
+{
+    const unsigned q = v <= 0.0 ? 0u : v >= 1.0 ? 65535u : unsigned(65535.0 * v + 0.5);
+    return uchar(((q + 128u) - ((q + 128u) >> 8)) >> 8);
+}
+inline uchar fromQuantum(double q)
+{
+    const unsigned v = q <= 0.0 ? 0u : q >= 65535.0 ? 65535u : unsigned(q + 0.5);
+    return uchar(((v + 128u) - ((v + 128u) >> 8)) >> 8);
+}
+
+// -modulate 100,saturation,hue in HSL, as ImageMagick does it.
+QImage modulateHsl(const QImage &src, double percentSaturation, double percentHue)
+{
+    QImage out = argb(src);
+    if (out.isNull()) return src;
+    const double hueShift = std::fmod(percentHue - 100.0, 200.0) / 200.0;
+    const double satFactor = 0.01 * percentSaturation;
+    const int w = out.width();
+    inBands(out.height(), [&](int y0, int y1) {
+        QRgb lastIn = 0, lastOut = 0;
+        bool have = false;
+        for (int y = y0; y < y1; ++y) {
+            auto *p = reinterpret_cast<QRgb *>(out.scanLine(y));
+            for (int x = 0; x < w; ++x) {
+                const QRgb c = p[x];
+                if (have && (c | 0xFF000000) == lastIn) {
+                    p[x] = (lastOut & 0x00FFFFFF) | (c & 0xFF000000);
+                    continue;
+                }
+                const double r = qRed(c) / 255.0, g = qGreen(c) / 255.0, b = qBlue(c) / 255.0;
+                const double max = std::max(r, std::max(g, b)), min = std::min(r, std::min(g, b));
+                const double chroma = max - min;
+                QRgb made;
+                if (chroma <= 0.0) {
+                    made = c;  // a gray has no hue, and keeps its lightness
+                } else {
+                    const double lightness = (max + min) / 2.0;
+                    double hue;
+                    if (max == r) hue = (g - b) / chroma + (g < b ? 6.0 : 0.0);
+                    else if (max == g) hue = 2.0 + (b - r) / chroma;
+                    else hue = 4.0 + (r - g) / chroma;
+                    hue = hue * (60.0 / 360.0) + hueShift;
+                    double sat =
+                        lightness <= 0.5 ? chroma / (2.0 * lightness) : chroma / (2.0 - 2.0 * lightness);
+                    sat *= satFactor;
+                    const double c2 =
+                        lightness <= 0.5 ? 2.0 * lightness * sat : (2.0 - 2.0 * lightness) * sat;
+                    const double m = lightness - 0.5 * c2;
+                    double h = hue * 360.0;
+                    h -= 360.0 * std::floor(h / 360.0);
+                    h /= 60.0;
+                    const double x2 = c2 * (1.0 - std::fabs(h - 2.0 * std::floor(h / 2.0) - 1.0));
+                    double rr = 0, gg = 0, bb = 0;
+                    switch (int(std::floor(h))) {
+                    case 0:
+                        rr = m + c2, gg = m + x2, bb = m;
+                        break;
+                    case 1:
+                        rr = m + x2, gg = m + c2, bb = m;
+                        break;
+                    case 2:
+                        rr = m, gg = m + c2, bb = m + x2;
+                        break;
+                    case 3:
+                        rr = m, gg = m + x2, bb = m + c2;
+                        break;
+                    case 4:
+                        rr = m + x2, gg = m, bb = m + c2;
+                        break;
+                    case 5:
+                        rr = m + c2, gg = m, bb = m + x2;
+                        break;
+                    default:
+                        break;
+                    }
+                    made = qRgba(fromUnit(rr), fromUnit(gg), fromUnit(bb), qAlpha(c));
+                }
+                p[x] = made;
+                lastIn = c | 0xFF000000;
+                lastOut = made;
+                have = true;
+            }
+        }
+    });
+    return out;
+}
+
+// A 3 x 3 convolution of the colour channels as ImageMagick's: the kernel turned half round
+// over the picture, the pixels beyond the edge those on it. Pictures with transparency go to
+// ImageMagick (it weighs colours by their alpha there).
+bool convolve3(const QImage &src, const double (&kernel)[9], QImage *result)
+{
+    if (src.isNull() || src.hasAlphaChannel()) return false;
+    const QImage in = src.convertToFormat(QImage::Format_RGB32);
+    QImage out(in.size(), QImage::Format_RGB32);
+    if (in.isNull() || out.isNull()) return false;
+    struct Tap {
+        int dx, dy;
+        float w;
+    };
+    std::vector<Tap> taps;
+    for (int j = 0; j < 3; ++j)
+        for (int i = 0; i < 3; ++i)
+            if (kernel[j * 3 + i] != 0.0) taps.push_back({1 - i, 1 - j, float(kernel[j * 3 + i] * 257.0)});
+    const int w = in.width(), h = in.height();
+    inBands(h, [&](int y0, int y1) {
+        for (int y = y0; y < y1; ++y) {
+            const QRgb *rows[3];
+            for (int d = -1; d <= 1; ++d)
+                rows[d + 1] = reinterpret_cast<const QRgb *>(in.constScanLine(std::clamp(y + d, 0, h - 1)));
+            auto *o = reinterpret_cast<QRgb *>(out.scanLine(y));
+            auto pixel = [&](int x, bool inside) {
+                float r = 0, g = 0, b = 0;
+                for (const Tap &t : taps) {
+                    const int sx = inside ? x + t.dx : std::clamp(x + t.dx, 0, w - 1);
+                    const QRgb c = rows[t.dy + 1][sx];
+                    r += t.w * float(qRed(c));
+                    g += t.w * float(qGreen(c));
+                    b += t.w * float(qBlue(c));
+                }
+                o[x] = qRgb(fromQuantum(r), fromQuantum(g), fromQuantum(b));
+            };
+            pixel(0, false);
+            for (int x = 1; x < w - 1; ++x) pixel(x, true);
+            if (w > 1) pixel(w - 1, false);
+        }
+    });
+    *result = out;
+    return true;
+}
+
+// The kernels of the emboss directions and the edge filters.
+void embossKernel(int direction, int value, double (&k)[9])
+{
+    // Neighbour offsets of the eight directions, north first, clockwise: a relief lit from
+    // the chosen side, the neighbour on that side minus the one opposite, on top of the
+    // picture, as strong as the value asks.
+    static constexpr int dirX[8] = {0, 1, 1, 1, 0, -1, -1, -1};
+    static constexpr int dirY[8] = {-1, -1, 0, 1, 1, 1, 0, -1};
+    const int d = std::clamp(direction, 0, 7);
+    const double s = std::clamp(value, 0, 1000) / 250.0;
+    std::fill(std::begin(k), std::end(k), 0.0);
+    k[4] = 1;
+    k[(1 + dirY[d]) * 3 + 1 + dirX[d]] += s;
+    k[(1 - dirY[d]) * 3 + 1 - dirX[d]] -= s;
+}
+
+bool edgeKernel(int code, double (&k)[9])
+{
+    static const double prewittV[9] = {-1, 0, 1, -1, 0, 1, -1, 0, 1};
+    static const double prewittH[9] = {-1, -1, -1, 0, 0, 0, 1, 1, 1};
+    static const double sobelV[9] = {-1, 0, 1, -2, 0, 2, -1, 0, 1};
+    static const double sobelH[9] = {-1, -2, -1, 0, 0, 0, 1, 2, 1};
+    static const double shiftV[9] = {0, 0, 0, -1, 1, 0, 0, 0, 0};
+    static const double shiftH[9] = {0, -1, 0, 0, 1, 0, 0, 0, 0};
+    const double *from = nullptr;
+    switch (code) {
+    case 25:
+        from = prewittV;
+        break;
+    case 24:
+        from = prewittH;
+        break;
+    case 23:
+        from = sobelV;
+        break;
+    case 22:
+        from = sobelH;
+        break;
+    case 28:
+        from = shiftV;
+        break;
+    case 27:
+        from = shiftH;
+        break;
+    default:
+        return false;
+    }
+    std::copy(from, from + 9, k);
+    return true;
 }
 
 const EffectsTable *table()
@@ -193,7 +399,17 @@ QImage rotate(const QImage &src, int hundredths, QRgb back)
     return out;
 }
 
-QImage posterize(const QImage &src, int levels) { return viaMagick(src, MagickEffect::Posterize, levels); }
+QImage posterize(const QImage &src, int levels)
+{
+    // Each channel to the nearest of `levels` evenly spaced values.
+    const int n = std::clamp(levels, 2, 256) - 1;
+    uchar lut[256];
+    for (int i = 0; i < 256; ++i) {
+        const double step = std::floor(i / 255.0 * n + 0.5);
+        lut[i] = fromQuantum(double(unsigned(65535.0 * step / n)));
+    }
+    return mapChannels(src, lut);
+}
 QImage median(const QImage &src, int size) { return viaMagick(src, MagickEffect::Median, size); }
 QImage sharpen(const QImage &src, int value)
 {
@@ -205,19 +421,45 @@ QImage noise(const QImage &src, int value, int channel)
 }
 QImage emboss(const QImage &src, int direction, int value)
 {
-    return viaMagick(src, MagickEffect::Emboss, value, direction);
+    double k[9];
+    embossKernel(direction, value, k);
+    QImage out;
+    return convolve3(src, k, &out) ? out : magick::emboss(src, direction, value);
 }
 QImage histogramContrast(const QImage &src, int value)
 {
     return viaMagick(src, MagickEffect::HistContrast, value);
 }
-QImage hue(const QImage &src, int degrees) { return viaMagick(src, MagickEffect::Hue, degrees); }
-QImage saturation(const QImage &src, int value) { return viaMagick(src, MagickEffect::Saturation, value); }
+QImage hue(const QImage &src, int degrees)
+{
+    return modulateHsl(src, 100.0, 100.0 + degrees * 100.0 / 180.0);
+}
+QImage saturation(const QImage &src, int value)
+{
+    return modulateHsl(src, std::max(0.0, 100.0 + value / 10.0), 100.0);
+}
 QImage stretchIntensity(const QImage &src) { return viaMagick(src, MagickEffect::StretchIntensity, 0); }
-QImage edgeFilter(const QImage &src, int code) { return viaMagick(src, MagickEffect::EdgeFilter, code); }
+QImage edgeFilter(const QImage &src, int code)
+{
+    double k[9];
+    if (!edgeKernel(code, k)) return src;
+    QImage out;
+    return convolve3(src, k, &out) ? out : magick::edgeFilter(src, code);
+}
 QImage colourResolution(const QImage &src, int bitsPerPixel, int colours)
 {
     return viaMagick(src, MagickEffect::ColourResolution, bitsPerPixel, colours);
 }
+
+namespace magick {
+QImage posterize(const QImage &src, int levels) { return viaMagick(src, MagickEffect::Posterize, levels); }
+QImage emboss(const QImage &src, int direction, int value)
+{
+    return viaMagick(src, MagickEffect::Emboss, value, direction);
+}
+QImage hue(const QImage &src, int degrees) { return viaMagick(src, MagickEffect::Hue, degrees); }
+QImage saturation(const QImage &src, int value) { return viaMagick(src, MagickEffect::Saturation, value); }
+QImage edgeFilter(const QImage &src, int code) { return viaMagick(src, MagickEffect::EdgeFilter, code); }
+}  // namespace magick
 
 }  // namespace tw::effects

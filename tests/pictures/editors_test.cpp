@@ -115,6 +115,53 @@ private slots:
         QVERIFY(effects::colourResolution(src, 1, 0) != src);
     }
 
+    void ownCodeMatchesImageMagick()
+    {
+        // Posterize, hue, saturation, emboss and the edge filters are worked out here on the
+        // picture's own pixels: on a real photograph they give ImageMagick's pixels, each
+        // channel within 1.
+        QImage photo(QStringLiteral(TW_CORPUS_DIR "/jpg/hopper.jpg"));
+        if (photo.isNull()) QSKIP("the corpus photograph is not there");
+        photo = photo.convertToFormat(QImage::Format_RGB32);
+        auto maxDiff = [](const QImage &a, const QImage &b) {
+            if (a.size() != b.size()) return 999;
+            int worst = 0;
+            for (int y = 0; y < a.height(); ++y) {
+                const auto *pa = reinterpret_cast<const QRgb *>(a.constScanLine(y));
+                const auto *pb = reinterpret_cast<const QRgb *>(b.constScanLine(y));
+                for (int x = 0; x < a.width(); ++x)
+                    worst = std::max({worst, std::abs(qRed(pa[x]) - qRed(pb[x])),
+                                      std::abs(qGreen(pa[x]) - qGreen(pb[x])),
+                                      std::abs(qBlue(pa[x]) - qBlue(pb[x]))});
+            }
+            return worst;
+        };
+        auto check = [&](const char *what, const QImage &ours, const QImage &theirs) {
+            QVERIFY2(ours != photo || theirs == photo, what);
+            const int d = maxDiff(ours, theirs);
+            QVERIFY2(d <= 1, qPrintable(QStringLiteral("%1: %2").arg(QLatin1String(what)).arg(d)));
+        };
+        for (int levels : {2, 3, 10, 64})
+            check("posterize", effects::posterize(photo, levels), effects::magick::posterize(photo, levels));
+        for (int degrees : {-360, -180, -45, 4, 90, 180, 359})
+            check("hue", effects::hue(photo, degrees), effects::magick::hue(photo, degrees));
+        for (int value : {-1000, -500, -10, 10, 500, 1000})
+            check("saturation", effects::saturation(photo, value), effects::magick::saturation(photo, value));
+        for (int direction = 0; direction < 8; ++direction)
+            for (int value : {0, 250, 600, 1000})
+                check("emboss", effects::emboss(photo, direction, value),
+                      effects::magick::emboss(photo, direction, value));
+        for (int code : {22, 23, 24, 25, 27, 28})
+            check("filter", effects::edgeFilter(photo, code), effects::magick::edgeFilter(photo, code));
+        // The measure tells a wrong direction or a wrong hue apart.
+        QVERIFY(maxDiff(effects::emboss(photo, 0, 600), effects::magick::emboss(photo, 4, 600)) > 1);
+        QVERIFY(maxDiff(effects::hue(photo, 90), effects::magick::hue(photo, -90)) > 1);
+        // A picture with transparency goes to ImageMagick for the filters.
+        QImage clear = photo.convertToFormat(QImage::Format_ARGB32);
+        clear.setPixel(0, 0, qRgba(10, 20, 30, 40));
+        QCOMPARE(effects::edgeFilter(clear, 25), effects::magick::edgeFilter(clear, 25));
+    }
+
     void posterizeStepsDifferFromOneJump()
     {
         EffectsEditor stepped({});
