@@ -113,12 +113,14 @@ int main(int argc, char **argv)
             PictureEditor &editor =
                 b->window() == &colours ? static_cast<PictureEditor &>(colours) : static_cast<PictureEditor &>(fx);
             EditorPicture *target = editor.Image2;
-            // Between two working values, so every move runs the operation.
+            // A value not met before each time, so no move finds its result already worked out.
+            int step = 0;
             slider = bestOf3([&] {
-                b->setValue(b->value() == c.value ? c.value - 1 : c.value);
+                b->setValue(c.value - step++);
                 editor.settle();  // the worker's preview result, painted
                 target->repaint();
             });
+            editor.fullCurrent();  // the full picture's work done before the next timing
         }
         const double ours = bestOf3([&] {
             Picture p;

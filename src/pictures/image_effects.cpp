@@ -44,9 +44,13 @@ QImage mapChannels(const QImage &src, const uchar (&lut)[256])
     QImage out = argb(src);
     if (out.isNull()) return src;
     const int w = out.width();
+    // Its own pixels before the threads write them (a shared picture would copy itself in
+    // each of them).
+    uchar *const bits = out.bits();
+    const qsizetype stride = out.bytesPerLine();
     inBands(out.height(), [&](int y0, int y1) {
         for (int y = y0; y < y1; ++y) {
-            auto *p = reinterpret_cast<QRgb *>(out.scanLine(y));
+            auto *p = reinterpret_cast<QRgb *>(bits + y * stride);
             for (int x = 0; x < w; ++x) {
                 const QRgb c = p[x];
                 p[x] = qRgba(lut[qRed(c)], lut[qGreen(c)], lut[qBlue(c)], qAlpha(c));
@@ -74,21 +78,28 @@ QImage modulateHsl(const QImage &src, double percentSaturation, double percentHu
 {
     QImage out = argb(src);
     if (out.isNull()) return src;
+    // ImageMagick's turn of the hue, a fraction of the circle.
     const double hueShift = std::fmod(percentHue - 100.0, 200.0) / 200.0;
     const double satFactor = 0.01 * percentSaturation;
+    double unit[256];
+    for (int i = 0; i < 256; ++i) unit[i] = i / 255.0;
     const int w = out.width();
+    uchar *const bits = out.bits();
+    const qsizetype stride = out.bytesPerLine();
     inBands(out.height(), [&](int y0, int y1) {
         QRgb lastIn = 0, lastOut = 0;
         bool have = false;
         for (int y = y0; y < y1; ++y) {
-            auto *p = reinterpret_cast<QRgb *>(out.scanLine(y));
+            auto *p = reinterpret_cast<QRgb *>(bits + y * stride);
             for (int x = 0; x < w; ++x) {
                 const QRgb c = p[x];
                 if (have && (c | 0xFF000000) == lastIn) {
                     p[x] = (lastOut & 0x00FFFFFF) | (c & 0xFF000000);
                     continue;
                 }
-                const double r = qRed(c) / 255.0, g = qGreen(c) / 255.0, b = qBlue(c) / 255.0;
+                // ImageMagick's arithmetic step for step, its quirks included (a hue that
+                // lands on the full circle by rounding gives black there, and so here).
+                const double r = unit[qRed(c)], g = unit[qGreen(c)], b = unit[qBlue(c)];
                 const double max = std::max(r, std::max(g, b)), min = std::min(r, std::min(g, b));
                 const double chroma = max - min;
                 QRgb made;
@@ -164,12 +175,15 @@ bool convolve3(const QImage &src, const double (&kernel)[9], QImage *result)
         for (int i = 0; i < 3; ++i)
             if (kernel[j * 3 + i] != 0.0) taps.push_back({1 - i, 1 - j, float(kernel[j * 3 + i] * 257.0)});
     const int w = in.width(), h = in.height();
+    const uchar *const from = in.constBits();
+    uchar *const to = out.bits();
+    const qsizetype inStride = in.bytesPerLine(), outStride = out.bytesPerLine();
     inBands(h, [&](int y0, int y1) {
         for (int y = y0; y < y1; ++y) {
             const QRgb *rows[3];
             for (int d = -1; d <= 1; ++d)
-                rows[d + 1] = reinterpret_cast<const QRgb *>(in.constScanLine(std::clamp(y + d, 0, h - 1)));
-            auto *o = reinterpret_cast<QRgb *>(out.scanLine(y));
+                rows[d + 1] = reinterpret_cast<const QRgb *>(from + std::clamp(y + d, 0, h - 1) * inStride);
+            auto *o = reinterpret_cast<QRgb *>(to + y * outStride);
             auto pixel = [&](int x, bool inside) {
                 float r = 0, g = 0, b = 0;
                 for (const Tap &t : taps) {

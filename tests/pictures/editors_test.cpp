@@ -144,7 +144,8 @@ private slots:
         for (int levels : {2, 3, 10, 64})
             check("posterize", effects::posterize(photo, levels), effects::magick::posterize(photo, levels));
         for (int degrees : {-360, -180, -45, 4, 90, 180, 359})
-            check("hue", effects::hue(photo, degrees), effects::magick::hue(photo, degrees));
+            check(qPrintable(QStringLiteral("hue %1").arg(degrees)), effects::hue(photo, degrees),
+                  effects::magick::hue(photo, degrees));
         for (int value : {-1000, -500, -10, 10, 500, 1000})
             check("saturation", effects::saturation(photo, value), effects::magick::saturation(photo, value));
         for (int direction = 0; direction < 8; ++direction)
