@@ -204,6 +204,154 @@ bool convolve3(const QImage &src, const double (&kernel)[9], QImage *result)
     return true;
 }
 
+// The median as ImageMagick's statistic filter takes it for the editor's size: a square of
+// side (size - 1) / 2 (whole pixels) reaching half a side up and left of the pixel, edge
+// pixels repeated beyond the picture, and of its values the one at half the count in order.
+// A histogram of each channel slides along each row. Pictures with transparency go to
+// ImageMagick.
+bool medianOf(const QImage &src, int size, QImage *result)
+{
+    if (src.isNull() || src.hasAlphaChannel()) return false;
+    const int side = std::max(1, int(std::max(1.0, (size - 1) / 2.0)));
+    const QImage in = src.convertToFormat(QImage::Format_RGB32);
+    QImage out(in.size(), QImage::Format_RGB32);
+    if (in.isNull() || out.isNull()) return false;
+    const int w = in.width(), h = in.height(), reach = side / 2, k = (side * side) / 2;
+    const uchar *const from = in.constBits();
+    uchar *const to = out.bits();
+    const qsizetype inStride = in.bytesPerLine(), outStride = out.bytesPerLine();
+    inBands(h, [&](int y0, int y1) {
+        std::vector<const QRgb *> rows(size_t(side), nullptr);
+        std::vector<int> column(size_t(w + side));  // the source column of each window column
+        for (int i = 0; i < w + side; ++i) column[size_t(i)] = std::clamp(i - reach, 0, w - 1);
+        for (int y = y0; y < y1; ++y) {
+            for (int j = 0; j < side; ++j)
+                rows[size_t(j)] =
+                    reinterpret_cast<const QRgb *>(from + std::clamp(y - reach + j, 0, h - 1) * inStride);
+            auto *o = reinterpret_cast<QRgb *>(to + y * outStride);
+            // Per channel: the histogram of the window, its median, and how many values lie
+            // below the median.
+            int hist[3][256] = {};
+            int med[3] = {0, 0, 0}, below[3] = {0, 0, 0};
+            auto add = [&](int col, int delta) {
+                const int sx = column[size_t(col)];
+                for (int j = 0; j < side; ++j) {
+                    const QRgb c = rows[size_t(j)][sx];
+                    const int v[3] = {qRed(c), qGreen(c), qBlue(c)};
+                    for (int ch = 0; ch < 3; ++ch) {
+                        hist[ch][v[ch]] += delta;
+                        if (v[ch] < med[ch]) below[ch] += delta;
+                    }
+                }
+            };
+            for (int i = 0; i < side; ++i) add(i, 1);
+            for (int x = 0; x < w; ++x) {
+                if (x > 0) {
+                    add(x - 1, -1);
+                    add(x - 1 + side, 1);
+                }
+                int v[3];
+                for (int ch = 0; ch < 3; ++ch) {
+                    int m = med[ch], lt = below[ch];
+                    const int *hc = hist[ch];
+                    while (lt > k) lt -= hc[--m];
+                    while (lt + hc[m] <= k) lt += hc[m++];
+                    med[ch] = m;
+                    below[ch] = lt;
+                    v[ch] = m;
+                }
+                o[x] = qRgb(v[0], v[1], v[2]);
+            }
+        }
+    });
+    *result = out;
+    return true;
+}
+
+// ImageMagick's sharpen of radius 0: a square kernel as wide as its Gaussian of `sigma` still
+// weighs at 16 bits, the negated Gaussian around twice its sum in the middle, scaled to a
+// sum of 1. Worked out as ((2 S + Gc) p - blur) / (S + Gc), with S the Gaussian's sum, Gc
+// its middle weight and blur the Gaussian-weighted sum around p, which goes in two passes
+// (rows, then columns).
+bool sharpenOf(const QImage &src, double sigma, QImage *result)
+{
+    if (src.isNull() || src.hasAlphaChannel() || sigma <= 1e-12) return false;
+    const double a = 1.0 / (2.0 * sigma * sigma), b2 = 1.0 / (2.0 * M_PI * sigma * sigma);
+    int width = 5;
+    for (;; width += 2) {
+        const int j = (width - 1) / 2;
+        double sum = 0;
+        for (int v = -j; v <= j; ++v)
+            for (int u = -j; u <= j; ++u) sum += std::exp(-double(u * u + v * v) * a) * b2;
+        const double edge = std::exp(-double(j * j) * a) * b2 / sum;
+        if (edge < 1.0 / 65535.0 || edge < 1e-12) break;
+        if (width > 201) break;
+    }
+    width -= 2;
+    const int j = (width - 1) / 2;
+    // The Gaussian's weights along one side (their product is the square's), its sum and middle.
+    std::vector<float> g(static_cast<size_t>(width));
+    const double b1 = 1.0 / std::sqrt(2.0 * M_PI * sigma * sigma);
+    for (int u = -j; u <= j; ++u) g[size_t(u + j)] = float(std::exp(-double(u * u) * a) * b1);
+    double S = 0;
+    for (int v = -j; v <= j; ++v)
+        for (int u = -j; u <= j; ++u) S += std::exp(-double(u * u + v * v) * a) * b2;
+    const double Gc = b2;
+    const float self = float((2.0 * S + Gc) / (S + Gc)), other = float(1.0 / (S + Gc));
+    const QImage in = src.convertToFormat(QImage::Format_RGB32);
+    QImage out(in.size(), QImage::Format_RGB32);
+    if (in.isNull() || out.isNull()) return false;
+    const int w = in.width(), h = in.height();
+    const uchar *const from = in.constBits();
+    uchar *const to = out.bits();
+    const qsizetype inStride = in.bytesPerLine(), outStride = out.bytesPerLine();
+    std::vector<int> column(size_t(w + 2 * j));
+    for (int i = 0; i < w + 2 * j; ++i) column[size_t(i)] = std::clamp(i - j, 0, w - 1);
+    inBands(h, [&](int y0, int y1) {
+        // The rows' pass for the rows this band's columns reach, edge rows repeated.
+        const int top = y0 - j, count = (y1 - y0) + 2 * j;
+        std::vector<float> across(size_t(count) * size_t(w) * 3);
+        for (int r = 0; r < count; ++r) {
+            const auto *line =
+                reinterpret_cast<const QRgb *>(from + std::clamp(top + r, 0, h - 1) * inStride);
+            float *dst = across.data() + size_t(r) * size_t(w) * 3;
+            for (int x = 0; x < w; ++x) {
+                float sr = 0, sg = 0, sb = 0;
+                const int *col = column.data() + x;
+                for (int t = 0; t < width; ++t) {
+                    const QRgb c = line[col[t]];
+                    const float wt = g[size_t(t)];
+                    sr += wt * float(qRed(c));
+                    sg += wt * float(qGreen(c));
+                    sb += wt * float(qBlue(c));
+                }
+                dst[3 * x] = sr;
+                dst[3 * x + 1] = sg;
+                dst[3 * x + 2] = sb;
+            }
+        }
+        std::vector<float> blur(size_t(w) * 3);
+        for (int y = y0; y < y1; ++y) {
+            std::fill(blur.begin(), blur.end(), 0.0f);
+            for (int t = 0; t < width; ++t) {
+                const float wt = g[size_t(t)];
+                const float *line = across.data() + size_t(y - y0 + t) * size_t(w) * 3;
+                for (int i = 0; i < w * 3; ++i) blur[size_t(i)] += wt * line[i];
+            }
+            const auto *p = reinterpret_cast<const QRgb *>(from + y * inStride);
+            auto *o = reinterpret_cast<QRgb *>(to + y * outStride);
+            for (int x = 0; x < w; ++x) {
+                const QRgb c = p[x];
+                o[x] = qRgb(fromQuantum(257.0f * (self * float(qRed(c)) - other * blur[size_t(3 * x)])),
+                            fromQuantum(257.0f * (self * float(qGreen(c)) - other * blur[size_t(3 * x + 1)])),
+                            fromQuantum(257.0f * (self * float(qBlue(c)) - other * blur[size_t(3 * x + 2)])));
+            }
+        }
+    });
+    *result = out;
+    return true;
+}
+
 // The kernels of the emboss directions and the edge filters.
 void embossKernel(int direction, int value, double (&k)[9])
 {
@@ -424,10 +572,16 @@ QImage posterize(const QImage &src, int levels)
     }
     return mapChannels(src, lut);
 }
-QImage median(const QImage &src, int size) { return viaMagick(src, MagickEffect::Median, size); }
+QImage median(const QImage &src, int size)
+{
+    QImage out;
+    return medianOf(src, size, &out) ? out : magick::median(src, size);
+}
 QImage sharpen(const QImage &src, int value)
 {
-    return value == 0 ? src : viaMagick(src, MagickEffect::Sharpen, value);
+    if (value == 0) return src;
+    QImage out;
+    return value > 0 && sharpenOf(src, value / 250.0, &out) ? out : magick::sharpen(src, value);
 }
 QImage noise(const QImage &src, int value, int channel)
 {
@@ -474,6 +628,11 @@ QImage emboss(const QImage &src, int direction, int value)
 QImage hue(const QImage &src, int degrees) { return viaMagick(src, MagickEffect::Hue, degrees); }
 QImage saturation(const QImage &src, int value) { return viaMagick(src, MagickEffect::Saturation, value); }
 QImage edgeFilter(const QImage &src, int code) { return viaMagick(src, MagickEffect::EdgeFilter, code); }
+QImage median(const QImage &src, int size) { return viaMagick(src, MagickEffect::Median, size); }
+QImage sharpen(const QImage &src, int value)
+{
+    return value == 0 ? src : viaMagick(src, MagickEffect::Sharpen, value);
+}
 }  // namespace magick
 
 }  // namespace tw::effects

@@ -49,6 +49,8 @@ QImage emboss(const QImage &src, int direction, int value);
 QImage hue(const QImage &src, int degrees);
 QImage saturation(const QImage &src, int value);
 QImage edgeFilter(const QImage &src, int code);
+QImage median(const QImage &src, int size);
+QImage sharpen(const QImage &src, int value);
 }  // namespace magick
 
 }  // namespace tw::effects

@@ -154,6 +154,12 @@ private slots:
                       effects::magick::emboss(photo, direction, value));
         for (int code : {22, 23, 24, 25, 27, 28})
             check("filter", effects::edgeFilter(photo, code), effects::magick::edgeFilter(photo, code));
+        for (int size = 3; size <= 11; ++size)
+            check(qPrintable(QStringLiteral("median %1").arg(size)), effects::median(photo, size),
+                  effects::magick::median(photo, size));
+        for (int value : {-1000, -300, -10, 10, 100, 300, 700, 1000})
+            check(qPrintable(QStringLiteral("sharpen %1").arg(value)), effects::sharpen(photo, value),
+                  effects::magick::sharpen(photo, value));
         // The measure tells a wrong direction or a wrong hue apart.
         QVERIFY(maxDiff(effects::emboss(photo, 0, 600), effects::magick::emboss(photo, 4, 600)) > 1);
         QVERIFY(maxDiff(effects::hue(photo, 90), effects::magick::hue(photo, -90)) > 1);
