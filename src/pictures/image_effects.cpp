@@ -112,18 +112,17 @@ QImage modulateHsl(const QImage &src, double percentSaturation, double percentHu
                     else if (max == g) hue = 2.0 + (b - r) / chroma;
                     else hue = 4.0 + (r - g) / chroma;
                     hue = hue * (60.0 / 360.0) + hueShift;
-                    double sat =
-                        lightness <= 0.5 ? chroma / (2.0 * lightness) : chroma / (2.0 - 2.0 * lightness);
-                    sat *= satFactor;
-                    const double c2 =
-                        lightness <= 0.5 ? 2.0 * lightness * sat : (2.0 - 2.0 * lightness) * sat;
+                    // The saturation (chroma over 2L or 2 - 2L) times the factor, and back to a
+                    // chroma by the same measure: the chroma times the factor.
+                    const double c2 = chroma * satFactor;
                     const double m = lightness - 0.5 * c2;
                     double h = hue * 360.0;
                     h -= 360.0 * std::floor(h / 360.0);
                     h /= 60.0;
-                    const double x2 = c2 * (1.0 - std::fabs(h - 2.0 * std::floor(h / 2.0) - 1.0));
+                    const int sector = int(h);
+                    const double x2 = c2 * (1.0 - std::fabs(h - 2.0 * (sector >> 1) - 1.0));
                     double rr = 0, gg = 0, bb = 0;
-                    switch (int(std::floor(h))) {
+                    switch (sector) {
                     case 0:
                         rr = m + c2, gg = m + x2, bb = m;
                         break;
