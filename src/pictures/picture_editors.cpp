@@ -190,6 +190,8 @@ PictureEditor::PictureEditor(const QString &name, const QString &caption, const 
         else if (v == QLatin1String("OriginalStretched")) *out = boolText(Image1->stretched());
         else if (v == QLatin1String("CurrentStretched")) *out = boolText(Image2->stretched());
         else if (v == QLatin1String("FirstActivation")) *out = boolText(FirstActivation);
+        else if (v == QLatin1String("MainPictureSets")) *out = QString::number(mainPictureSets_);
+        else if (v == QLatin1String("Working")) *out = boolText(working());
         else return false;
         return true;
     });
@@ -389,7 +391,9 @@ void PictureEditor::currentFromUndo()
 void PictureEditor::ApplyBtn_Click()
 {
     if (original_.isNull()) return;
-    if (link_.setMainPicture) link_.setMainPicture(fullCurrent());
+    const QImage full = fullCurrent();
+    ++mainPictureSets_;
+    if (link_.setMainPicture) link_.setMainPicture(full);
     if (EditChanged && link_.setPictureChanged) link_.setPictureChanged(true);
 }
 
@@ -414,8 +418,10 @@ void PictureEditor::SaveBtn_Click()
     if (status != 0) inform(imagingErrorMessage(status), kAppTitle, this);
     else if (link_.setPictureChanged) link_.setPictureChanged(false);
     // The main picture follows a save under the edited name, even one that failed.
-    if (name.trimmed().toUpper() == EditFile.trimmed().toUpper() && link_.setMainPicture)
-        link_.setMainPicture(full);
+    if (name.trimmed().toUpper() == EditFile.trimmed().toUpper()) {
+        ++mainPictureSets_;
+        if (link_.setMainPicture) link_.setMainPicture(full);
+    }
 }
 
 void PictureEditor::UndoBtn_Click()

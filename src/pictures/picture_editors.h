@@ -166,6 +166,7 @@ private:
     quint64 previewGeneration_ = 0, fullGeneration_ = 0;
     bool submitDue_ = false, submitQueued_ = false, previewDue_ = false, fullKnown_ = true;
     int busyPointers_ = 0;
+    int mainPictureSets_ = 0;  // how often Apply or Save handed Current to the main picture
     std::unique_ptr<BusyScope> busy_;
     std::vector<std::pair<QScrollBar *, bool>> plusMinus_;
 };
