@@ -41,19 +41,21 @@ template <typename F> void inBands(int rows, const F &f)
 // Every colour channel through one table.
 QImage mapChannels(const QImage &src, const uchar (&lut)[256])
 {
-    QImage out = argb(src);
-    if (out.isNull()) return src;
-    const int w = out.width();
-    // Its own pixels before the threads write them (a shared picture would copy itself in
-    // each of them).
-    uchar *const bits = out.bits();
-    const qsizetype stride = out.bytesPerLine();
-    inBands(out.height(), [&](int y0, int y1) {
+    // Read from the source and written to a new picture in one pass (no copy first).
+    const QImage in = argb(src);
+    QImage out(in.size(), in.format());
+    if (in.isNull() || out.isNull()) return src;
+    const int w = in.width();
+    const uchar *const from = in.constBits();
+    uchar *const to = out.bits();
+    const qsizetype inStride = in.bytesPerLine(), outStride = out.bytesPerLine();
+    inBands(in.height(), [&](int y0, int y1) {
         for (int y = y0; y < y1; ++y) {
-            auto *p = reinterpret_cast<QRgb *>(bits + y * stride);
+            const auto *p = reinterpret_cast<const QRgb *>(from + y * inStride);
+            auto *o = reinterpret_cast<QRgb *>(to + y * outStride);
             for (int x = 0; x < w; ++x) {
                 const QRgb c = p[x];
-                p[x] = qRgba(lut[qRed(c)], lut[qGreen(c)], lut[qBlue(c)], qAlpha(c));
+                o[x] = qRgba(lut[qRed(c)], lut[qGreen(c)], lut[qBlue(c)], qAlpha(c));
             }
         }
     });

@@ -414,6 +414,60 @@ private slots:
         delete ed;
         QTest::qWait(50);
         QVERIFY(applied.isNull());
+
+        // The effects editor: each move builds on the last; a drag while the full picture is
+        // being worked out leaves the window running, and Apply takes the whole chain.
+        EffectsEditor fx(link);
+        fx.loadPicture(huge);
+        lastTick = clock.elapsed();
+        longestGap = 0;
+        fx.SCPosterize->setValue(8);
+        QTRY_VERIFY_WITH_TIMEOUT(fx.Image2->image() != fx.originalPreview(), 5000);
+        QVERIFY(fx.working());
+        QTest::qWait(20);
+        fx.SCPosterize->setValue(5);
+        QTRY_VERIFY_WITH_TIMEOUT(!fx.working(), 60000);
+        QVERIFY2(longestGap < 1000, qPrintable(QString::number(longestGap)));
+        QCOMPARE(fx.operationCount(), 2);
+        fx.ApplyBtn->click();
+        const QRgb one = huge.pixel(0, 0);
+        QImage expected(1, 1, QImage::Format_RGB32);
+        expected.setPixel(0, 0, one);
+        for (int v : {8, 5}) expected = effects::posterize(expected, v);
+        QCOMPARE(applied.pixel(8000, 8000), expected.pixel(0, 0));
+    }
+
+    void slidersAtBothEnds()
+    {
+        // Every slider of both editors to its least and its greatest value on an ordinary
+        // picture: Current keeps its size, and Apply's full picture too.
+        const QImage src = testPicture(900, 600);
+        QImage applied;
+        EditorLink link;
+        link.setMainPicture = [&](const QImage &img) { applied = img; };
+        EffectsEditor fx(link);
+        fx.loadPicture(src);
+        for (QScrollBar *b : {fx.SCPosterize, fx.SCMosiac, fx.SCMedian, fx.SCSharpen, fx.SCNoise, fx.SCEmboss,
+                              fx.SCRotateFree}) {
+            b->setValue(b->minimum());
+            b->setValue(b->maximum());
+            b->setValue(b->minimum());
+        }
+        fx.ApplyBtn->click();
+        QCOMPARE(applied.size(), src.size());
+        QCOMPARE(shown(fx).size(), fx.originalPreview().size());
+        ColourEditor col(link);
+        col.loadPicture(src);
+        col.FirstActivation = false;
+        for (QScrollBar *b : {col.SCContrast, col.SCBrightness, col.SCHalfTone, col.SCHistContrast, col.SCHue,
+                              col.SCSaturation, col.SCGamma}) {
+            b->setValue(b->minimum());
+            b->setValue(b->maximum());
+        }
+        col.ApplyBtn->click();
+        QCOMPARE(applied.size(), src.size());
+        // Brightness at 1000 and contrast at 1000 leave no dark pixel.
+        QCOMPARE(qGray(shown(col).pixel(10, 10)) > 0, true);
     }
 
     void noPictureMessage()
