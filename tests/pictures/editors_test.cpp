@@ -20,6 +20,9 @@
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
+#include <atomic>
+#include <functional>
+#include <thread>
 
 using namespace tw;
 
@@ -167,6 +170,35 @@ private slots:
         QImage clear = photo.convertToFormat(QImage::Format_ARGB32);
         clear.setPixel(0, 0, qRgba(10, 20, 30, 40));
         QCOMPARE(effects::edgeFilter(clear, 25), effects::magick::edgeFilter(clear, 25));
+    }
+
+    void imageMagickFromWorkerThreads()
+    {
+        // The editors call ImageMagick (through the codec module) from their worker threads,
+        // several at a time: each thread's results are what one thread alone gets.
+        const QImage src = testPicture(200, 150);
+        const std::vector<std::function<QImage()>> ops = {
+            [&] { return effects::histogramContrast(src, 400); },
+            [&] { return effects::stretchIntensity(src); },
+            [&] { return effects::colourResolution(src, 4, 0); },
+            [&] { return effects::sharpen(src, -300); },
+            [&] { return effects::magick::median(src, 7); },
+            [&] { return effects::magick::hue(src, 60); },
+            [&] { return effects::magick::edgeFilter(src, 23); },
+        };
+        std::vector<QImage> alone;
+        for (const auto &op : ops) alone.push_back(op());
+        std::atomic<int> wrong{0};
+        std::vector<std::thread> threads;
+        for (int t = 0; t < 4; ++t)
+            threads.emplace_back([&] {
+                for (int round = 0; round < 3; ++round)
+                    for (size_t i = 0; i < ops.size(); ++i)
+                        if (ops[i]() != alone[i]) ++wrong;
+                if (effects::noise(src, 500, 0).size() != src.size()) ++wrong;
+            });
+        for (std::thread &t : threads) t.join();
+        QCOMPARE(wrong.load(), 0);
     }
 
     void posterizeStepsDifferFromOneJump()
@@ -558,6 +590,33 @@ private slots:
                     .split(u'\n')
                     .filter(QStringLiteral(" image "))
                     .isEmpty());
+    }
+
+    void emptyLabelPrintsAnEmptyLine()
+    {
+        // The label's caption empty with a picture: an empty line where the label goes, the
+        // picture and the title printed, and the job ends normally.
+        QTemporaryDir dir;
+        const QString pic = dir.filePath(QStringLiteral("meadow.png"));
+        testPicture(300, 200).save(pic);
+        PrintPicture w(pic);
+        w.PreviewBusy = false;
+        w.Label1_0->setText(QString());
+        w.TxtTitle->setText(QStringLiteral("Title Without Label"));
+        QPrinter printer(QPrinter::HighResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        const QString pdf = dir.filePath(QStringLiteral("l.pdf"));
+        printer.setOutputFileName(pdf);
+        QVERIFY(w.PrintPictureFile(printer));
+        QVERIFY(w.pw > 0);
+        const QString text = run(QStringLiteral("pdftotext"), {pdf, QStringLiteral("-")});
+        QVERIFY2(text.contains(QStringLiteral("Title Without Label")), qPrintable(text));
+        QVERIFY2(!text.contains(QStringLiteral("meadow.png")), qPrintable(text));
+        QVERIFY(run(QStringLiteral("pdfimages"), {QStringLiteral("-list"), pdf})
+                    .split(u'\n')
+                    .filter(QStringLiteral("image"))
+                    .size()
+                >= 1);
     }
 
     void abovePictureAtTheTopGoesNegative()
