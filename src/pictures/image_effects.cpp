@@ -2,6 +2,7 @@
 
 #include "pictures/codecs/codec_table.h"
 
+#include <QColorSpace>
 #include <QCoreApplication>
 #include <QDir>
 #include <QThread>
@@ -38,12 +39,27 @@ template <typename F> void inBands(int rows, const F &f)
     QtConcurrent::blockingMap(bands, [&f](const std::pair<int, int> &b) { f(b.first, b.second); });
 }
 
+// A new picture of the same size that carries the source's colour space, resolution and
+// texts, as a changed copy of it would.
+QImage blankLike(const QImage &in, QImage::Format format)
+{
+    QImage out(in.size(), format);
+    if (out.isNull()) return out;
+    out.setColorSpace(in.colorSpace());
+    out.setDotsPerMeterX(in.dotsPerMeterX());
+    out.setDotsPerMeterY(in.dotsPerMeterY());
+    out.setDevicePixelRatio(in.devicePixelRatio());
+    out.setOffset(in.offset());
+    for (const QString &key : in.textKeys()) out.setText(key, in.text(key));
+    return out;
+}
+
 // Every colour channel through one table.
 QImage mapChannels(const QImage &src, const uchar (&lut)[256])
 {
     // Read from the source and written to a new picture in one pass (no copy first).
     const QImage in = argb(src);
-    QImage out(in.size(), in.format());
+    QImage out = blankLike(in, in.format());
     if (in.isNull() || out.isNull()) return src;
     const int w = in.width();
     const uchar *const from = in.constBits();
@@ -165,7 +181,7 @@ bool convolve3(const QImage &src, const double (&kernel)[9], QImage *result)
 {
     if (src.isNull() || src.hasAlphaChannel()) return false;
     const QImage in = src.convertToFormat(QImage::Format_RGB32);
-    QImage out(in.size(), QImage::Format_RGB32);
+    QImage out = blankLike(in, QImage::Format_RGB32);
     if (in.isNull() || out.isNull()) return false;
     struct Tap {
         int dx, dy;
@@ -215,7 +231,7 @@ bool medianOf(const QImage &src, int size, QImage *result)
     if (src.isNull() || src.hasAlphaChannel()) return false;
     const int side = std::max(1, int(std::max(1.0, (size - 1) / 2.0)));
     const QImage in = src.convertToFormat(QImage::Format_RGB32);
-    QImage out(in.size(), QImage::Format_RGB32);
+    QImage out = blankLike(in, QImage::Format_RGB32);
     if (in.isNull() || out.isNull()) return false;
     const int w = in.width(), h = in.height(), reach = side / 2, k = (side * side) / 2;
     const uchar *const from = in.constBits();
@@ -300,7 +316,7 @@ bool sharpenOf(const QImage &src, double sigma, QImage *result)
     const double Gc = b2;
     const float self = float((2.0 * S + Gc) / (S + Gc)), other = float(1.0 / (S + Gc));
     const QImage in = src.convertToFormat(QImage::Format_RGB32);
-    QImage out(in.size(), QImage::Format_RGB32);
+    QImage out = blankLike(in, QImage::Format_RGB32);
     if (in.isNull() || out.isNull()) return false;
     const int w = in.width(), h = in.height();
     const uchar *const from = in.constBits();
