@@ -97,6 +97,8 @@ int main(int argc, char **argv)
          [](const QImage &i) { return effects::median(i, 5); }, S("-median 2")},
         {"sharpen", [](ColourEditor &, EffectsEditor &f) { return f.SCSharpen; }, 300,
          [](const QImage &i) { return effects::sharpen(i, 300); }, S("-sharpen 0x1.2")},
+        {"blur", [](ColourEditor &, EffectsEditor &f) { return f.SCSharpen; }, -300,
+         [](const QImage &i) { return effects::sharpen(i, -300); }, S("-blur 0x1.2")},
         {"emboss", [](ColourEditor &, EffectsEditor &f) { return f.SCEmboss; }, 600,
          [](const QImage &i) { return effects::emboss(i, 0, 600); },
          S("-morphology Convolve 3:0,2.4,0,0,1,0,0,-2.4,0")},

@@ -369,6 +369,87 @@ bool sharpenOf(const QImage &src, double sigma, QImage *result)
     return true;
 }
 
+// ImageMagick's blur of radius 0: one row of Gaussian weights, sampled three times finer and
+// summed into each place, scaled to a sum of 1, run along the rows and then (turned) along
+// the columns, each pass kept at 16 bits a channel between the two; edge pixels repeated.
+bool blurOf(const QImage &src, double sigma, QImage *result)
+{
+    if (src.isNull() || src.hasAlphaChannel() || sigma <= 1e-12) return false;
+    // The width: where the Gaussian's last weight no longer counts at 16 bits.
+    int width = 5;
+    {
+        const double a = 1.0 / (2.0 * sigma * sigma), b = 1.0 / (std::sqrt(2.0 * M_PI) * sigma);
+        for (;; width += 2) {
+            const int j = (width - 1) / 2;
+            double sum = 0;
+            for (int i = -j; i <= j; ++i) sum += std::exp(-double(i * i) * a) * b;
+            const double edge = std::exp(-double(j * j) * a) * b / sum;
+            if (edge < 1.0 / 65535.0 || edge < 1e-12 || width > 401) break;
+        }
+        width -= 2;
+    }
+    std::vector<double> k(static_cast<size_t>(width), 0.0);
+    {
+        constexpr int rank = 3;
+        const int v = (width * rank - 1) / 2;
+        const double s = sigma * rank, a = 1.0 / (2.0 * s * s), b = 1.0 / (std::sqrt(2.0 * M_PI) * s);
+        for (int u = -v; u <= v; ++u) k[size_t((u + v) / rank)] += std::exp(-double(u * u) * a) * b;
+        double sum = 0;
+        for (double x : k) sum += x;
+        for (double &x : k) x /= sum;
+    }
+    std::vector<float> g(k.begin(), k.end());
+    const int j = (width - 1) / 2;
+    const QImage in = src.convertToFormat(QImage::Format_RGB32);
+    QImage out = blankLike(in, QImage::Format_RGB32);
+    if (in.isNull() || out.isNull()) return false;
+    const int w = in.width(), h = in.height();
+    const uchar *const from = in.constBits();
+    uchar *const to = out.bits();
+    const qsizetype inStride = in.bytesPerLine(), outStride = out.bytesPerLine();
+    std::vector<int> column(size_t(w + 2 * j));
+    for (int i = 0; i < w + 2 * j; ++i) column[size_t(i)] = std::clamp(i - j, 0, w - 1);
+    auto q16 = [](float v) { return v <= 0.0f ? 0.0f : v >= 65535.0f ? 65535.0f : std::floor(v + 0.5f); };
+    inBands(h, [&](int y0, int y1) {
+        const int top = y0 - j, count = (y1 - y0) + 2 * j;
+        std::vector<float> across(size_t(count) * size_t(w) * 3);
+        for (int r = 0; r < count; ++r) {
+            const auto *line =
+                reinterpret_cast<const QRgb *>(from + std::clamp(top + r, 0, h - 1) * inStride);
+            float *dst = across.data() + size_t(r) * size_t(w) * 3;
+            for (int x = 0; x < w; ++x) {
+                float sr = 0, sg = 0, sb = 0;
+                const int *col = column.data() + x;
+                for (int t = 0; t < width; ++t) {
+                    const QRgb c = line[col[t]];
+                    const float wt = g[size_t(t)];
+                    sr += wt * float(qRed(c));
+                    sg += wt * float(qGreen(c));
+                    sb += wt * float(qBlue(c));
+                }
+                dst[3 * x] = q16(257.0f * sr);
+                dst[3 * x + 1] = q16(257.0f * sg);
+                dst[3 * x + 2] = q16(257.0f * sb);
+            }
+        }
+        std::vector<float> sum(size_t(w) * 3);
+        for (int y = y0; y < y1; ++y) {
+            std::fill(sum.begin(), sum.end(), 0.0f);
+            for (int t = 0; t < width; ++t) {
+                const float wt = g[size_t(t)];
+                const float *line = across.data() + size_t(y - y0 + t) * size_t(w) * 3;
+                for (int i = 0; i < w * 3; ++i) sum[size_t(i)] += wt * line[i];
+            }
+            auto *o = reinterpret_cast<QRgb *>(to + y * outStride);
+            for (int x = 0; x < w; ++x)
+                o[x] = qRgb(fromQuantum(sum[size_t(3 * x)]), fromQuantum(sum[size_t(3 * x + 1)]),
+                            fromQuantum(sum[size_t(3 * x + 2)]));
+        }
+    });
+    *result = out;
+    return true;
+}
+
 // The kernels of the emboss directions and the edge filters.
 void embossKernel(int direction, int value, double (&k)[9])
 {
@@ -598,7 +679,8 @@ QImage sharpen(const QImage &src, int value)
 {
     if (value == 0) return src;
     QImage out;
-    return value > 0 && sharpenOf(src, value / 250.0, &out) ? out : magick::sharpen(src, value);
+    const bool done = value > 0 ? sharpenOf(src, value / 250.0, &out) : blurOf(src, -value / 250.0, &out);
+    return done ? out : magick::sharpen(src, value);
 }
 QImage noise(const QImage &src, int value, int channel)
 {
