@@ -181,7 +181,7 @@ private slots:
             [&] { return effects::histogramContrast(src, 400); },
             [&] { return effects::stretchIntensity(src); },
             [&] { return effects::colourResolution(src, 4, 0); },
-            [&] { return effects::sharpen(src, -300); },
+            [&] { return effects::magick::sharpen(src, -300); },
             [&] { return effects::magick::median(src, 7); },
             [&] { return effects::magick::hue(src, 60); },
             [&] { return effects::magick::edgeFilter(src, 23); },
