@@ -20,6 +20,7 @@
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
+#include <zlib.h>
 #include <atomic>
 #include <functional>
 #include <thread>
@@ -500,6 +501,79 @@ private slots:
         QCOMPARE(applied.size(), src.size());
         // Brightness at 1000 and contrast at 1000 leave no dark pixel.
         QCOMPARE(qGray(shown(col).pixel(10, 10)) > 0, true);
+    }
+
+    void hugeFileOpensOrSaysSo()
+    {
+        // A 16000 x 16000 PNG file (one colour, so the file is small): the editor opens it
+        // or refuses it with the imaging error in the box, quickly either way.
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("huge.png"));
+        {
+            const int side = 16000;
+            QByteArray row(1 + side * 3, '\0');
+            for (int x = 0; x < side; ++x) {
+                row[1 + 3 * x] = char(0x30);
+                row[2 + 3 * x] = char(0x60);
+                row[3 + 3 * x] = char(0x90);
+            }
+            z_stream z{};
+            QVERIFY(deflateInit(&z, 1) == Z_OK);
+            QByteArray idat;
+            QByteArray buffer(1 << 16, '\0');
+            for (int y = 0; y <= side; ++y) {
+                const bool last = y == side;
+                z.next_in = reinterpret_cast<Bytef *>(last ? nullptr : row.data());
+                z.avail_in = last ? 0 : uInt(row.size());
+                do {
+                    z.next_out = reinterpret_cast<Bytef *>(buffer.data());
+                    z.avail_out = uInt(buffer.size());
+                    deflate(&z, last ? Z_FINISH : Z_NO_FLUSH);
+                    idat.append(buffer.constData(), buffer.size() - int(z.avail_out));
+                } while (z.avail_out == 0);
+            }
+            deflateEnd(&z);
+            auto chunk = [](const char *type, const QByteArray &data) {
+                QByteArray out;
+                QDataStream s(&out, QIODevice::WriteOnly);
+                s << quint32(data.size());
+                const QByteArray body = QByteArray(type, 4) + data;
+                out += body;
+                QByteArray crc;
+                QDataStream c(&crc, QIODevice::WriteOnly);
+                c << quint32(crc32(0, reinterpret_cast<const Bytef *>(body.constData()), uInt(body.size())));
+                return out + crc;
+            };
+            QByteArray header;
+            QDataStream h(&header, QIODevice::WriteOnly);
+            h << quint32(side) << quint32(side) << quint8(8) << quint8(2) << quint8(0) << quint8(0)
+              << quint8(0);
+            QFile f(path);
+            QVERIFY(f.open(QIODevice::WriteOnly));
+            f.write(QByteArray("\x89PNG\r\n\x1a\n", 8) + chunk("IHDR", header) + chunk("IDAT", idat)
+                    + chunk("IEND", QByteArray()));
+        }
+        QString said;
+        QTimer::singleShot(0, [&] {
+            for (QWidget *w : QApplication::topLevelWidgets())
+                if (auto *box = qobject_cast<QMessageBox *>(w)) {
+                    said = box->text();
+                    box->accept();
+                }
+        });
+        QElapsedTimer t;
+        t.start();
+        ColourEditor ed({});
+        const bool opened = ed.LoadEditorImages(path);
+        QVERIFY2(t.elapsed() < 10000, qPrintable(QString::number(t.elapsed())));
+        if (opened) {
+            QCOMPARE(ed.originalPicture().size(), QSize(16000, 16000));
+            QCOMPARE(ed.originalPreview().width(), PictureEditor::PreviewSide);
+        } else {
+            QVERIFY2(said.startsWith(QStringLiteral("Error - ")), qPrintable(said));
+            QVERIFY(ed.originalPicture().isNull());
+        }
+        qInfo("%s after %lld ms", opened ? "opened" : qPrintable(said), t.elapsed());
     }
 
     void noPictureMessage()
