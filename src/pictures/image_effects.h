@@ -1,7 +1,10 @@
 // Pixel operations of the picture editors. The simple ones (brightness, contrast, gamma,
-// invert, gray scale, mosaic, half tone, flips, turns) are done here with QImage; the others
-// go to ImageMagick in the codec module. Every operation returns a new picture and leaves its
-// source alone; a failing one returns the source unchanged.
+// invert, gray scale, mosaic, half tone, flips, turns) are done here with QImage; so are
+// posterize, hue, saturation, emboss and the edge filters, computed as ImageMagick computes
+// them (its -posterize, -modulate in HSL, 3 x 3 convolution with edge pixels repeated) but on
+// the picture's own pixels, their rows spread over the processor's cores. The others go to
+// ImageMagick in the codec module. Every operation returns a new picture and leaves its source
+// alone; a failing one returns the source unchanged.
 #pragma once
 
 #include <QImage>
@@ -37,5 +40,17 @@ QImage colourResolution(const QImage &src, int bitsPerPixel, int colours);
 
 // Whether the ImageMagick operations are there (the codec module loaded).
 bool magickAvailable();
+
+// The operations done here that ImageMagick also does, through ImageMagick: what this code
+// is held to.
+namespace magick {
+QImage posterize(const QImage &src, int levels);
+QImage emboss(const QImage &src, int direction, int value);
+QImage hue(const QImage &src, int degrees);
+QImage saturation(const QImage &src, int value);
+QImage edgeFilter(const QImage &src, int code);
+QImage median(const QImage &src, int size);
+QImage sharpen(const QImage &src, int value);
+}  // namespace magick
 
 }  // namespace tw::effects

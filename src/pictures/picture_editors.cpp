@@ -1,5 +1,6 @@
 #include "pictures/picture_editors.h"
 
+#include "core/busy.h"
 #include "core/context_help.h"
 #include "core/globals.h"
 #include "core/prompt.h"
@@ -70,6 +71,7 @@ void EditorPicture::setImage(const QImage &img)
 {
     img_ = img;
     if (painting_) update();
+    emit pictureSet(img_);
 }
 
 void EditorPicture::setStretched(bool on)
@@ -167,6 +169,12 @@ PictureEditor::PictureEditor(const QString &name, const QString &caption, const 
         if (link_.showHelp) link_.showHelp(helpTopic_);
     });
     connect(Image1, &QObject::objectNameChanged, this, [] {});
+    // The preview copy keeps every step of the chains it ran (it is small); the full picture
+    // keeps what fits in a few hundred megabytes, and always the latest result.
+    previewLane_ = std::make_unique<EditLane>(
+        this, [this](quint64 g, const QImage &img) { previewDone(g, img); }, qint64(256) << 20);
+    fullLane_ = std::make_unique<EditLane>(
+        this, [this](quint64 g, const QImage &img) { fullDone(g, img); }, qint64(400) << 20);
 
     const QString owner = name;  // the runner asks for "EdtColors1.EditChanged" as "EditChanged"
     registerScenarioVariables(owner, [this](const QString &n, QString *out) {
@@ -182,12 +190,24 @@ PictureEditor::PictureEditor(const QString &name, const QString &caption, const 
         else if (v == QLatin1String("OriginalStretched")) *out = boolText(Image1->stretched());
         else if (v == QLatin1String("CurrentStretched")) *out = boolText(Image2->stretched());
         else if (v == QLatin1String("FirstActivation")) *out = boolText(FirstActivation);
+        else if (v == QLatin1String("MainPictureSets")) *out = QString::number(mainPictureSets_);
+        else if (v == QLatin1String("Working")) *out = boolText(working());
         else return false;
         return true;
     });
 }
 
-PictureEditor::~PictureEditor() { unregisterScenarioVariables(objectName()); }
+PictureEditor::~PictureEditor()
+{
+    unregisterScenarioVariables(objectName());
+    // Work still running is stale; its result goes nowhere.
+    previewLane_.reset();
+    fullLane_.reset();
+    while (busyPointers_ > 0) {
+        --busyPointers_;
+        QApplication::restoreOverrideCursor();
+    }
+}
 
 bool PictureEditor::LoadEditorImages(const QString &path)
 {
@@ -219,41 +239,133 @@ void PictureEditor::loadPicture(const QImage &picture)
                            std::max(1, int(std::lround(original_.height() * scale_))), Qt::IgnoreAspectRatio,
                            Qt::SmoothTransformation)
         : original_;
+    previewLane_->setSource(originalPreview_, scale_);
+    fullLane_->setSource(original_, 1.0);
     ops_.clear();
     undoOps_.clear();
+    undoKeys_.clear();
+    undoKnown_ = true;
+    submitDue_ = previewDue_ = false;
     current_ = undo_ = originalPreview_;
+    full_ = original_;
+    fullKnown_ = true;
+    idle();
     Image1->setImage(originalPreview_);
     Image2->setImage(current_);
 }
 
-QImage PictureEditor::fullCurrent() const
+void PictureEditor::chainChanged()
 {
-    if (scale_ >= 1.0) return current_;
-    BusyPointer busy;
-    QImage img = original_;
-    for (const Operation &op : ops_) img = op(img, 1.0);
-    return img;
+    if (original_.isNull()) return;
+    submitDue_ = previewDue_ = true;
+    fullKnown_ = false;
+    full_ = QImage();
+    if (!busy_) busy_ = std::make_unique<BusyScope>();
+    if (submitQueued_) return;
+    submitQueued_ = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            submitQueued_ = false;
+            submit();
+        },
+        Qt::QueuedConnection);
 }
 
-void PictureEditor::runOnCurrent(const Operation &op)
+void PictureEditor::submit()
 {
-    if (current_.isNull()) return;
-    current_ = op(current_, scale_);
-    ops_.push_back(op);
+    if (!submitDue_) return;
+    submitDue_ = false;
+    // The full picture's work of the chain before is stale now.
+    fullLane_->cancel();
+    fullGeneration_ = 0;
+    if (ops_.empty()) {
+        // Original itself: nothing to work out.
+        previewLane_->cancel();
+        previewGeneration_ = 0;
+        previewDone(0, originalPreview_);
+        return;
+    }
+    previewGeneration_ = previewLane_->request(ops_);
+}
+
+void PictureEditor::previewDone(quint64 generation, const QImage &result)
+{
+    if (generation != previewGeneration_ || submitDue_ || !previewDue_) return;
+    previewDue_ = false;
+    current_ = result;
     Image2->setImage(current_);
+    if (!undoKnown_ && undoKeys_ == keysOf(ops_)) {
+        undo_ = current_;
+        undoKnown_ = true;
+    }
+    while (busyPointers_ > 0) {
+        --busyPointers_;
+        QApplication::restoreOverrideCursor();
+    }
+    if (scale_ >= 1.0 || ops_.empty()) {
+        full_ = scale_ >= 1.0 ? current_ : original_;
+        fullKnown_ = true;
+        idle();
+        return;
+    }
+    // Then the same chain on the full picture, for Apply and Save.
+    fullGeneration_ = fullLane_->request(ops_);
+}
+
+void PictureEditor::fullDone(quint64 generation, const QImage &result)
+{
+    if (generation == 0 || generation != fullGeneration_ || submitDue_ || previewDue_ || fullKnown_) return;
+    full_ = result;
+    fullKnown_ = true;
+    idle();
+}
+
+void PictureEditor::idle() { busy_.reset(); }
+
+void PictureEditor::settle()
+{
+    submit();
+    if (previewDue_ && previewGeneration_ != 0) previewDone(previewGeneration_, previewLane_->wait());
+}
+
+QImage PictureEditor::fullCurrent()
+{
+    settle();
+    if (!fullKnown_ && fullGeneration_ != 0) {
+        BusyPointer busy;
+        fullDone(fullGeneration_, fullLane_->wait());
+    }
+    return fullKnown_ ? full_ : original_;
+}
+
+void PictureEditor::runOnCurrent(const QString &key, const Operation &op)
+{
+    if (original_.isNull()) return;
+    ops_.push_back({key, op});
+    chainChanged();
+}
+
+void PictureEditor::busyPointerUntilShown()
+{
+    if (!previewDue_) return;
+    ++busyPointers_;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
 }
 
 void PictureEditor::currentFromOriginal()
 {
+    if (ops_.empty() && !previewDue_) return;
     ops_.clear();
-    current_ = originalPreview_;
-    Image2->setImage(current_);
+    chainChanged();
 }
 
 void PictureEditor::SnapshotForUndo()
 {
-    undo_ = current_;
     undoOps_ = ops_;
+    undoKeys_ = keysOf(ops_);
+    undoKnown_ = !previewDue_;
+    if (undoKnown_) undo_ = current_;
     Image2->setPainting(false);
 }
 
@@ -265,15 +377,23 @@ void PictureEditor::PaintOn()
 
 void PictureEditor::currentFromUndo()
 {
-    current_ = undo_;
+    if (original_.isNull()) return;
     ops_ = undoOps_;
-    Image2->setImage(current_);
+    if (undoKnown_) {
+        // The undo copy is at hand: shown at once, and the preview's work finds it done.
+        previewLane_->seed(undoKeys_, undo_);
+        current_ = undo_;
+        Image2->setImage(current_);
+    }
+    chainChanged();
 }
 
 void PictureEditor::ApplyBtn_Click()
 {
     if (original_.isNull()) return;
-    if (link_.setMainPicture) link_.setMainPicture(fullCurrent());
+    const QImage full = fullCurrent();
+    ++mainPictureSets_;
+    if (link_.setMainPicture) link_.setMainPicture(full);
     if (EditChanged && link_.setPictureChanged) link_.setPictureChanged(true);
 }
 
@@ -298,8 +418,10 @@ void PictureEditor::SaveBtn_Click()
     if (status != 0) inform(imagingErrorMessage(status), kAppTitle, this);
     else if (link_.setPictureChanged) link_.setPictureChanged(false);
     // The main picture follows a save under the edited name, even one that failed.
-    if (name.trimmed().toUpper() == EditFile.trimmed().toUpper() && link_.setMainPicture)
-        link_.setMainPicture(full);
+    if (name.trimmed().toUpper() == EditFile.trimmed().toUpper()) {
+        ++mainPictureSets_;
+        if (link_.setMainPicture) link_.setMainPicture(full);
+    }
 }
 
 void PictureEditor::UndoBtn_Click()
@@ -459,12 +581,16 @@ ColourEditor::ColourEditor(EditorLink link, QWidget *parent)
     connect(PrewittBtn, &QPushButton::clicked, this, [this] { filterBtn_Click(25, 24); });
     connect(SorbelBtn, &QPushButton::clicked, this, [this] { filterBtn_Click(23, 22); });
     connect(ShiftBtn, &QPushButton::clicked, this, [this] { filterBtn_Click(28, 27); });
-    connect(IntensityBtn, &QPushButton::clicked, this,
-            [this] { action([](const QImage &i, double) { return effects::stretchIntensity(i); }); });
-    connect(InvertBtn, &QPushButton::clicked, this,
-            [this] { action([](const QImage &i, double) { return effects::invert(i); }); });
-    connect(GrayBtn, &QPushButton::clicked, this,
-            [this] { action([](const QImage &i, double) { return effects::grayScale(i); }); });
+    connect(IntensityBtn, &QPushButton::clicked, this, [this] {
+        action(QStringLiteral("stretch"),
+               [](const QImage &i, double) { return effects::stretchIntensity(i); });
+    });
+    connect(InvertBtn, &QPushButton::clicked, this, [this] {
+        action(QStringLiteral("invert"), [](const QImage &i, double) { return effects::invert(i); });
+    });
+    connect(GrayBtn, &QPushButton::clicked, this, [this] {
+        action(QStringLiteral("gray"), [](const QImage &i, double) { return effects::grayScale(i); });
+    });
     connect(ResolutionBtn, &QPushButton::clicked, this, [this] { ResolutionBtn_Click(); });
 
     registerScenarioVariables(QStringLiteral("EdtColors1.flags"), [this](const QString &n, QString *out) {
@@ -514,14 +640,23 @@ void ColourEditor::ApplySliders()
               hist = SCHistContrast->value(), hue = SCHue->value(), sat = SCSaturation->value(),
               gamma = SCGamma->value();
     if (ContrastSet)
-        runOnCurrent([contrast](const QImage &i, double) { return effects::contrast(i, contrast); });
+        runOnCurrent(QStringLiteral("contrast %1").arg(contrast),
+                     [contrast](const QImage &i, double) { return effects::contrast(i, contrast); });
     if (BrightnessSet)
-        runOnCurrent([brightness](const QImage &i, double) { return effects::brightness(i, brightness); });
+        runOnCurrent(QStringLiteral("brightness %1").arg(brightness),
+                     [brightness](const QImage &i, double) { return effects::brightness(i, brightness); });
     if (HistContrastSet)
-        runOnCurrent([hist](const QImage &i, double) { return effects::histogramContrast(i, hist); });
-    if (HueSet) runOnCurrent([hue](const QImage &i, double) { return effects::hue(i, hue); });
-    if (SaturationSet) runOnCurrent([sat](const QImage &i, double) { return effects::saturation(i, sat); });
-    if (GammaSet) runOnCurrent([gamma](const QImage &i, double) { return effects::gamma(i, gamma); });
+        runOnCurrent(QStringLiteral("histogram contrast %1").arg(hist),
+                     [hist](const QImage &i, double) { return effects::histogramContrast(i, hist); });
+    if (HueSet)
+        runOnCurrent(QStringLiteral("hue %1").arg(hue),
+                     [hue](const QImage &i, double) { return effects::hue(i, hue); });
+    if (SaturationSet)
+        runOnCurrent(QStringLiteral("saturation %1").arg(sat),
+                     [sat](const QImage &i, double) { return effects::saturation(i, sat); });
+    if (GammaSet)
+        runOnCurrent(QStringLiteral("gamma %1").arg(gamma),
+                     [gamma](const QImage &i, double) { return effects::gamma(i, gamma); });
     if (contrast == 0) ContrastSet = false;
     if (brightness == 0) BrightnessSet = false;
     if (hist == 0) HistContrastSet = false;
@@ -541,14 +676,15 @@ void ColourEditor::sliderChanged(QScrollBar *bar, bool *flag, int labelIndex)
 void ColourEditor::halfToneChanged()
 {
     const int angle = SCHalfTone->value();
-    runOnCurrent([angle](const QImage &i, double) { return effects::halfTone(i, angle); });
+    runOnCurrent(QStringLiteral("half tone %1").arg(angle),
+                 [angle](const QImage &i, double) { return effects::halfTone(i, angle); });
     Label3[2]->setText(QString::number(angle));
     EditChanged = true;
 }
 
-void ColourEditor::action(const Operation &op)
+void ColourEditor::action(const QString &key, const Operation &op)
 {
-    runOnCurrent(op);
+    runOnCurrent(key, op);
     EditChanged = true;
 }
 
@@ -572,7 +708,8 @@ void ColourEditor::filterBtn_Click(int verticalCode, int horizontalCode)
 {
     FilterCode = RDOPTION_1->isChecked() ? horizontalCode : verticalCode;
     const int code = FilterCode;
-    action([code](const QImage &i, double) { return effects::edgeFilter(i, code); });
+    action(QStringLiteral("filter %1").arg(code),
+           [code](const QImage &i, double) { return effects::edgeFilter(i, code); });
 }
 
 void ColourEditor::ResolutionBtn_Click()
@@ -600,7 +737,8 @@ void ColourEditor::ResolutionBtn_Click()
     connect(box, &QDialogButtonBox::rejected, &dlg, &QDialog::reject);
     if (dlg.exec() != QDialog::Accepted) return;
     const int b = bits->value(), c = colours->value();
-    action([b, c](const QImage &i, double) { return effects::colourResolution(i, b, c); });
+    action(QStringLiteral("colour resolution %1 %2").arg(b).arg(c),
+           [b, c](const QImage &i, double) { return effects::colourResolution(i, b, c); });
 }
 
 // ---------------------------------------------------------------- EffectsEditor
@@ -734,42 +872,49 @@ void EffectsEditor::clearRotation()
     RotateDegrees = 0;
 }
 
-PictureEditor::Operation EffectsEditor::effectOf(int index) const
+EditStep EffectsEditor::effectOf(int index) const
 {
     switch (index) {
     case 0: {
         const int v = SCPosterize->value();
-        return [v](const QImage &i, double) { return effects::posterize(i, v); };
+        return {QStringLiteral("posterize %1").arg(v),
+                [v](const QImage &i, double) { return effects::posterize(i, v); }};
     }
     case 1: {
         const int v = SCMosiac->value();
-        return [v](const QImage &i, double s) { return effects::mosaic(i, scaled(v, s)); };
+        return {QStringLiteral("mosaic %1").arg(v),
+                [v](const QImage &i, double s) { return effects::mosaic(i, scaled(v, s)); }};
     }
     case 2: {
         const int v = SCMedian->value();
-        return [v](const QImage &i, double) { return effects::median(i, v); };
+        return {QStringLiteral("median %1").arg(v),
+                [v](const QImage &i, double) { return effects::median(i, v); }};
     }
     case 3: {
         const int v = SCSharpen->value();
-        return [v](const QImage &i, double) { return effects::sharpen(i, v); };
+        return {QStringLiteral("sharpen %1").arg(v),
+                [v](const QImage &i, double) { return effects::sharpen(i, v); }};
     }
     case 4: {
+        // Noise is random: no two runs are the same step.
+        static quint64 serial = 0;
         const int v = SCNoise->value(), ch = int(NoiseChannel);
-        return [v, ch](const QImage &i, double) { return effects::noise(i, v, ch); };
+        return {QStringLiteral("noise %1 %2 #%3").arg(v).arg(ch).arg(++serial),
+                [v, ch](const QImage &i, double) { return effects::noise(i, v, ch); }};
     }
     default: {
         const int v = SCEmboss->value(), d = EmbossDirection;
-        return [v, d](const QImage &i, double) { return effects::emboss(i, d, v); };
+        return {QStringLiteral("emboss %1 %2").arg(d).arg(v),
+                [v, d](const QImage &i, double) { return effects::emboss(i, d, v); }};
     }
     }
 }
 
 void EffectsEditor::effectChanged(int index)
 {
-    {
-        std::unique_ptr<BusyPointer> busy(index == 2 ? new BusyPointer : nullptr);
-        runOnCurrent(effectOf(index));
-    }
+    const EditStep step = effectOf(index);
+    runOnCurrent(step.key, step.run);
+    if (index == 2) busyPointerUntilShown();
     QScrollBar *bars[] = {SCPosterize, SCMosiac, SCMedian, SCSharpen, SCNoise, SCEmboss};
     Label3[index]->setText(QString::number(bars[index]->value()));
     if (index == 1) LastMosaic = SCMosiac->value();
@@ -781,7 +926,8 @@ void EffectsEditor::rotateChanged()
     const int value = SCRotateFree->value();
     const int delta = value - RotatePosition;
     const QRgb back = RotateBackColor;
-    runOnCurrent([delta, back](const QImage &i, double) { return effects::rotate(i, delta * 100, back); });
+    runOnCurrent(QStringLiteral("rotate %1 %2").arg(delta * 100).arg(back),
+                 [delta, back](const QImage &i, double) { return effects::rotate(i, delta * 100, back); });
     Text1->setText(QString::number(value));
     RotatePosition = value;
     RotateDegrees = Text1->text().trimmed().toInt();
@@ -794,14 +940,16 @@ void EffectsEditor::List1_Click()
     const int row = List1->currentRow();
     if (row >= 0 && row <= 7) EmbossDirection = row;
     const int v = SCEmboss->value(), d = EmbossDirection;
-    runOnCurrent([v, d](const QImage &i, double) { return effects::emboss(i, d, v); });
+    runOnCurrent(QStringLiteral("emboss %1 %2").arg(d).arg(v),
+                 [v, d](const QImage &i, double) { return effects::emboss(i, d, v); });
 }
 
 void EffectsEditor::AcceptBtn_Click(int index)
 {
     if (index >= 0 && index <= 5) {
-        std::unique_ptr<BusyPointer> busy(index == 2 ? new BusyPointer : nullptr);
-        runOnCurrent(effectOf(index));
+        const EditStep step = effectOf(index);
+        runOnCurrent(step.key, step.run);
+        if (index == 2) busyPointerUntilShown();
         SnapshotForUndo();
         PaintOn();
     } else if (index == 6) {
@@ -809,6 +957,7 @@ void EffectsEditor::AcceptBtn_Click(int index)
         const int degrees = RotateDegrees;
         const QRgb back = RotateBackColor;
         runOnCurrent(
+            QStringLiteral("rotate %1 %2").arg(degrees * 100).arg(back),
             [degrees, back](const QImage &i, double) { return effects::rotate(i, degrees * 100, back); });
         clearRotation();
         SnapshotForUndo();
@@ -823,7 +972,8 @@ void EffectsEditor::RotateAngle_Click(int index)
     SnapshotForUndo();
     const int turn = (index + 1) * 9000;
     const QRgb back = RotateBackColor;
-    runOnCurrent([turn, back](const QImage &i, double) { return effects::rotate(i, turn, back); });
+    runOnCurrent(QStringLiteral("rotate %1 %2").arg(turn).arg(back),
+                 [turn, back](const QImage &i, double) { return effects::rotate(i, turn, back); });
     EditChanged = true;
     PaintOn();
 }
@@ -831,7 +981,7 @@ void EffectsEditor::RotateAngle_Click(int index)
 void EffectsEditor::FlipBtn_Click()
 {
     SnapshotForUndo();
-    runOnCurrent([](const QImage &i, double) { return effects::flip(i); });
+    runOnCurrent(QStringLiteral("flip"), [](const QImage &i, double) { return effects::flip(i); });
     EditChanged = true;
     PaintOn();
 }
@@ -839,7 +989,7 @@ void EffectsEditor::FlipBtn_Click()
 void EffectsEditor::ReverseBtn_Click()
 {
     SnapshotForUndo();
-    runOnCurrent([](const QImage &i, double) { return effects::reverse(i); });
+    runOnCurrent(QStringLiteral("reverse"), [](const QImage &i, double) { return effects::reverse(i); });
     EditChanged = true;
     PaintOn();
 }

@@ -3,15 +3,20 @@
 // (Image3), and send the result back to the main picture (Apply) or to disk (Save). What they
 // share lives in PictureEditor; each adds its sliders and buttons.
 //
-// Current is kept as the list of operations made since Original, shown on a copy of the
-// picture no larger than the window shows; Apply and Save run the list again on the full
-// picture. So a slider drag on a 16000 x 16000 picture stays as quick as on a small one.
+// Current is kept as the chain of operations made since Original. A change runs the chain on a
+// worker thread, first on a copy of the picture no larger than the window shows (painted on
+// Image2 as soon as it is there), then on the full picture for Apply and Save; a newer change
+// makes the older work stale. So a slider drag on a 16000 x 16000 picture never stops the
+// window, and Apply and Save wait (with the busy pointer) only for what is not done yet.
 #pragma once
+
+#include "pictures/editor_work.h"
 
 #include <QImage>
 #include <QPointer>
 #include <QWidget>
 #include <functional>
+#include <memory>
 #include <vector>
 
 class QGridLayout;
@@ -24,6 +29,8 @@ class QRadioButton;
 class QScrollBar;
 
 namespace tw {
+
+class BusyScope;
 
 // What an editor needs of the main window.
 struct EditorLink {
@@ -48,6 +55,10 @@ public:
     void setStretched(bool on);
     bool painting() const { return painting_; }
     void setPainting(bool on);
+
+signals:
+    // A picture was set to be shown.
+    void pictureSet(const QImage &img);
 
 protected:
     void paintEvent(QPaintEvent *) override;
@@ -88,8 +99,12 @@ public:
     QList<QPushButton *> AcceptBtn;
     QList<QLabel *> Label3;
 
-    // Current at full size: the operations run again on the file's picture.
-    QImage fullCurrent() const;
+    // Current at full size, the latest chain's; waits for the work still running.
+    QImage fullCurrent();
+    // Waits until Current shows the latest chain (its preview-sized result painted).
+    void settle();
+    // Work of the latest chain is waiting or running (on the preview copy or in full).
+    bool working() const { return bool(busy_); }
     QImage originalPicture() const { return original_; }
     QImage currentPreview() const { return current_; }
     QImage undoPreview() const { return undo_; }
@@ -107,8 +122,11 @@ public:
     static constexpr int PreviewSide = 720;
 
 protected:
-    // Current runs one more operation.
-    void runOnCurrent(const Operation &op);
+    // Current runs one more operation; `key` names it with its values, so that the same
+    // operation on the same picture is not worked out twice.
+    void runOnCurrent(const QString &key, const Operation &op);
+    // The busy pointer until the next result is painted (the slow median).
+    void busyPointerUntilShown();
     // Current is Original again, with no operations.
     void currentFromOriginal();
     // Image3 = Image2 (with painting of Image2 off until PaintOn).
@@ -132,9 +150,24 @@ protected:
     QString helpTopic_;
 
 private:
-    QImage original_, originalPreview_, current_, undo_;
-    std::vector<Operation> ops_, undoOps_;
+    // A change of the chain: the work starts when the event loop next turns, so a handler
+    // that rebuilds the chain step by step sends it once.
+    void chainChanged();
+    void submit();
+    void previewDone(quint64 generation, const QImage &result);
+    void fullDone(quint64 generation, const QImage &result);
+    void idle();
+    QImage original_, originalPreview_, current_, undo_, full_;
+    EditChain ops_, undoOps_;
+    QStringList undoKeys_;
+    bool undoKnown_ = true;
     double scale_ = 1.0;
+    std::unique_ptr<EditLane> previewLane_, fullLane_;
+    quint64 previewGeneration_ = 0, fullGeneration_ = 0;
+    bool submitDue_ = false, submitQueued_ = false, previewDue_ = false, fullKnown_ = true;
+    int busyPointers_ = 0;
+    int mainPictureSets_ = 0;  // how often Apply or Save handed Current to the main picture
+    std::unique_ptr<BusyScope> busy_;
     std::vector<std::pair<QScrollBar *, bool>> plusMinus_;
 };
 
@@ -165,7 +198,7 @@ public:
 private:
     void sliderChanged(QScrollBar *bar, bool *flag, int labelIndex);
     void halfToneChanged();
-    void action(const Operation &op);
+    void action(const QString &key, const Operation &op);
     void firstActivation() override;
 };
 
@@ -202,7 +235,7 @@ private:
     void effectChanged(int index);
     void rotateChanged();
     void clearRotation();
-    Operation effectOf(int index) const;
+    EditStep effectOf(int index) const;
     void paintText1();
     void firstActivation() override;
 };

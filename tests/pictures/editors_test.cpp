@@ -18,7 +18,11 @@
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QtTest>
+#include <atomic>
+#include <functional>
+#include <thread>
 
 using namespace tw;
 
@@ -32,6 +36,19 @@ QImage testPicture(int w, int h)
             img.setPixel(x, y,
                          qRgb(x * 255 / std::max(1, w), y * 255 / std::max(1, h), (x * 7 + y * 13) & 0xFF));
     return img;
+}
+
+// Current once the work of the latest change has been painted.
+QImage shown(PictureEditor &ed)
+{
+    ed.settle();
+    return ed.currentPreview();
+}
+
+QImage undoShown(PictureEditor &ed)
+{
+    ed.settle();
+    return ed.undoPreview();
 }
 
 QString run(const QString &program, const QStringList &args)
@@ -59,11 +76,11 @@ private slots:
         ed.SCBrightness->setValue(10);
         QCOMPARE(ed.operationCount(), 1);
         QVERIFY(ed.BrightnessSet);
-        QCOMPARE(ed.currentPreview(), effects::brightness(ed.originalPreview(), 10));
+        QCOMPARE(shown(ed), effects::brightness(ed.originalPreview(), 10));
         ed.SCBrightness->setValue(0);
         QVERIFY(!ed.BrightnessSet);
         QVERIFY(ed.EditChanged);
-        QCOMPARE(ed.currentPreview(), ed.originalPreview());
+        QCOMPARE(shown(ed), ed.originalPreview());
     }
 
     void acceptThenUndo()
@@ -72,12 +89,12 @@ private slots:
         ed.loadPicture(testPicture(64, 48));
         ed.FirstActivation = false;
         ed.InvertBtn->click();
-        const QImage inverted = ed.currentPreview();
+        const QImage inverted = shown(ed);
         ed.AcceptBtn[0]->click();
         ed.SCBrightness->setValue(300);
-        QVERIFY(ed.currentPreview() != inverted);
+        QVERIFY(shown(ed) != inverted);
         ed.UndoBtn->click();
-        QCOMPARE(ed.currentPreview(), inverted);
+        QCOMPARE(shown(ed), inverted);
         QVERIFY(!ed.EditChanged);
     }
 
@@ -101,6 +118,89 @@ private slots:
         QVERIFY(effects::colourResolution(src, 1, 0) != src);
     }
 
+    void ownCodeMatchesImageMagick()
+    {
+        // Posterize, hue, saturation, emboss and the edge filters are worked out here on the
+        // picture's own pixels: on a real photograph they give ImageMagick's pixels, each
+        // channel within 1.
+        QImage photo(QStringLiteral(TW_CORPUS_DIR "/jpg/hopper.jpg"));
+        if (photo.isNull()) QSKIP("the corpus photograph is not there");
+        photo = photo.convertToFormat(QImage::Format_RGB32);
+        auto maxDiff = [](const QImage &a, const QImage &b) {
+            if (a.size() != b.size()) return 999;
+            int worst = 0;
+            for (int y = 0; y < a.height(); ++y) {
+                const auto *pa = reinterpret_cast<const QRgb *>(a.constScanLine(y));
+                const auto *pb = reinterpret_cast<const QRgb *>(b.constScanLine(y));
+                for (int x = 0; x < a.width(); ++x)
+                    worst = std::max({worst, std::abs(qRed(pa[x]) - qRed(pb[x])),
+                                      std::abs(qGreen(pa[x]) - qGreen(pb[x])),
+                                      std::abs(qBlue(pa[x]) - qBlue(pb[x]))});
+            }
+            return worst;
+        };
+        auto check = [&](const char *what, const QImage &ours, const QImage &theirs) {
+            QVERIFY2(ours != photo || theirs == photo, what);
+            const int d = maxDiff(ours, theirs);
+            QVERIFY2(d <= 1, qPrintable(QStringLiteral("%1: %2").arg(QLatin1String(what)).arg(d)));
+        };
+        for (int levels : {2, 3, 10, 64})
+            check("posterize", effects::posterize(photo, levels), effects::magick::posterize(photo, levels));
+        for (int degrees : {-360, -180, -45, 4, 90, 180, 359})
+            check(qPrintable(QStringLiteral("hue %1").arg(degrees)), effects::hue(photo, degrees),
+                  effects::magick::hue(photo, degrees));
+        for (int value : {-1000, -500, -10, 10, 500, 1000})
+            check("saturation", effects::saturation(photo, value), effects::magick::saturation(photo, value));
+        for (int direction = 0; direction < 8; ++direction)
+            for (int value : {0, 250, 600, 1000})
+                check("emboss", effects::emboss(photo, direction, value),
+                      effects::magick::emboss(photo, direction, value));
+        for (int code : {22, 23, 24, 25, 27, 28})
+            check("filter", effects::edgeFilter(photo, code), effects::magick::edgeFilter(photo, code));
+        for (int size = 3; size <= 11; ++size)
+            check(qPrintable(QStringLiteral("median %1").arg(size)), effects::median(photo, size),
+                  effects::magick::median(photo, size));
+        for (int value : {-1000, -300, -10, 10, 100, 300, 700, 1000})
+            check(qPrintable(QStringLiteral("sharpen %1").arg(value)), effects::sharpen(photo, value),
+                  effects::magick::sharpen(photo, value));
+        // The measure tells a wrong direction or a wrong hue apart.
+        QVERIFY(maxDiff(effects::emboss(photo, 0, 600), effects::magick::emboss(photo, 4, 600)) > 1);
+        QVERIFY(maxDiff(effects::hue(photo, 90), effects::magick::hue(photo, -90)) > 1);
+        // A picture with transparency goes to ImageMagick for the filters.
+        QImage clear = photo.convertToFormat(QImage::Format_ARGB32);
+        clear.setPixel(0, 0, qRgba(10, 20, 30, 40));
+        QCOMPARE(effects::edgeFilter(clear, 25), effects::magick::edgeFilter(clear, 25));
+    }
+
+    void imageMagickFromWorkerThreads()
+    {
+        // The editors call ImageMagick (through the codec module) from their worker threads,
+        // several at a time: each thread's results are what one thread alone gets.
+        const QImage src = testPicture(120, 90);
+        const std::vector<std::function<QImage()>> ops = {
+            [&] { return effects::histogramContrast(src, 400); },
+            [&] { return effects::stretchIntensity(src); },
+            [&] { return effects::colourResolution(src, 4, 0); },
+            [&] { return effects::magick::sharpen(src, -300); },
+            [&] { return effects::magick::median(src, 7); },
+            [&] { return effects::magick::hue(src, 60); },
+            [&] { return effects::magick::edgeFilter(src, 23); },
+        };
+        std::vector<QImage> alone;
+        for (const auto &op : ops) alone.push_back(op());
+        std::atomic<int> wrong{0};
+        std::vector<std::thread> threads;
+        for (int t = 0; t < 4; ++t)
+            threads.emplace_back([&] {
+                for (int round = 0; round < 2; ++round)
+                    for (size_t i = 0; i < ops.size(); ++i)
+                        if (ops[i]() != alone[i]) ++wrong;
+                if (effects::noise(src, 500, 0).size() != src.size()) ++wrong;
+            });
+        for (std::thread &t : threads) t.join();
+        QCOMPARE(wrong.load(), 0);
+    }
+
     void posterizeStepsDifferFromOneJump()
     {
         EffectsEditor stepped({});
@@ -111,7 +211,7 @@ private slots:
         jumped.SCPosterize->setValue(10);
         QCOMPARE(stepped.operationCount(), 8);
         QCOMPARE(jumped.operationCount(), 1);
-        QVERIFY(stepped.currentPreview() != jumped.currentPreview());
+        QVERIFY(shown(stepped) != shown(jumped));
         QCOMPARE(stepped.Label3[0]->text(), QStringLiteral("10"));
     }
 
@@ -121,7 +221,7 @@ private slots:
         ed.loadPicture(testPicture(50, 40));
         ed.RestoreBtn->click();
         QCOMPARE(ed.operationCount(), 0);
-        QCOMPARE(ed.currentPreview(), ed.originalPreview());
+        QCOMPARE(shown(ed), ed.originalPreview());
         QVERIFY(!ed.EditChanged);
     }
 
@@ -135,16 +235,14 @@ private slots:
         QCOMPARE(ed.RotatePosition, 40);
         QCOMPARE(ed.RotateDegrees, 40);
         QCOMPARE(ed.Text1->text(), QStringLiteral("40"));
-        QCOMPARE(ed.currentPreview(),
-                 effects::rotate(effects::rotate(src, 3000, 0xFFFFFFFF), 1000, 0xFFFFFFFF));
+        QCOMPARE(shown(ed), effects::rotate(effects::rotate(src, 3000, 0xFFFFFFFF), 1000, 0xFFFFFFFF));
         // Accept makes one clean turn from the undo copy and counts the slider from 0 again.
         ed.AcceptBtn[6]->click();
-        QCOMPARE(ed.currentPreview(), effects::rotate(src, 4000, 0xFFFFFFFF));
+        QCOMPARE(shown(ed), effects::rotate(src, 4000, 0xFFFFFFFF));
         QCOMPARE(ed.RotatePosition, 0);
         QCOMPARE(ed.SCRotateFree->value(), 40);
         ed.SCRotateFree->setValue(41);
-        QCOMPARE(ed.currentPreview(),
-                 effects::rotate(effects::rotate(src, 4000, 0xFFFFFFFF), 4100, 0xFFFFFFFF));
+        QCOMPARE(shown(ed), effects::rotate(effects::rotate(src, 4000, 0xFFFFFFFF), 4100, 0xFFFFFFFF));
     }
 
     void rotationEdges()
@@ -164,12 +262,12 @@ private slots:
         const QImage src = testPicture(40, 40);
         ed.loadPicture(src);
         ed.FlipBtn->click();
-        QCOMPARE(ed.currentPreview(), src.mirrored(false, true));
-        QCOMPARE(ed.undoPreview(), src);
+        QCOMPARE(shown(ed), src.mirrored(false, true));
+        QCOMPARE(undoShown(ed), src);
         ed.ReverseBtn->click();
-        QCOMPARE(ed.currentPreview(), src.mirrored(true, true));
+        QCOMPARE(shown(ed), src.mirrored(true, true));
         ed.RotateAngle[1]->click();
-        QCOMPARE(ed.currentPreview(), src);
+        QCOMPARE(shown(ed), src);
         QVERIFY(ed.EditChanged);
     }
 
@@ -232,8 +330,7 @@ private slots:
         link.setMainPicture = [&](const QImage &img) { applied = img; };
         ColourEditor ed(link);
         ed.loadPicture(big);
-        QCOMPARE(std::max(ed.currentPreview().width(), ed.currentPreview().height()),
-                 PictureEditor::PreviewSide);
+        QCOMPARE(std::max(shown(ed).width(), shown(ed).height()), PictureEditor::PreviewSide);
         QElapsedTimer t;
         t.start();
         ed.SCBrightness->setValue(100);
@@ -242,6 +339,88 @@ private slots:
         QCOMPARE(applied.size(), big.size());
         QCOMPARE(QColor(applied.pixel(3000, 2000)),
                  QColor(effects::brightness(big.copy(0, 0, 1, 1), 100).pixel(0, 0)));
+    }
+
+    void quickChangesShowOnlyTheLast()
+    {
+        // Many value changes in a row: the older ones' work is stale and never shown; what
+        // stays on Image2, and what Apply takes, is the last value's.
+        const QImage src = testPicture(1600, 1200);
+        QImage applied;
+        EditorLink link;
+        link.setMainPicture = [&](const QImage &img) { applied = img; };
+        ColourEditor ed(link);
+        ed.loadPicture(src);
+        ed.FirstActivation = false;
+        QList<QImage> painted;
+        connect(ed.Image2, &EditorPicture::pictureSet, &ed, [&](const QImage &img) { painted.append(img); });
+        int changes = 0;
+        for (int v = 10; v <= 600; v += 10, ++changes) {
+            ed.SCBrightness->setValue(v);
+            if (changes % 5 == 0) QCoreApplication::processEvents();
+        }
+        QVERIFY(ed.working());
+        QTRY_VERIFY_WITH_TIMEOUT(!ed.working(), 10000);
+        QVERIFY(!painted.isEmpty());
+        QVERIFY2(painted.size() < changes, qPrintable(QString::number(painted.size())));
+        const QImage last = effects::brightness(ed.originalPreview(), 600);
+        QCOMPARE(painted.last(), last);
+        QCOMPARE(ed.currentPreview(), last);
+        // Nothing stale arrives later.
+        QTest::qWait(100);
+        QCOMPARE(ed.currentPreview(), last);
+        ed.ApplyBtn->click();
+        QCOMPARE(applied, effects::brightness(src, 600));
+    }
+
+    void applyWaitsForTheLatestFullResult()
+    {
+        // Apply right after a change, before any work has been done: the full picture of the
+        // latest settings, never an older one.
+        const QImage src = testPicture(1500, 1000);
+        QImage applied;
+        EditorLink link;
+        link.setMainPicture = [&](const QImage &img) { applied = img; };
+        EffectsEditor ed(link);
+        ed.loadPicture(src);
+        ed.SCPosterize->setValue(4);
+        ed.SCPosterize->setValue(6);
+        ed.ApplyBtn->click();
+        QCOMPARE(applied, effects::posterize(effects::posterize(src, 4), 6));
+        QVERIFY(!ed.working());
+    }
+
+    void slidersAtBothEnds()
+    {
+        // Every slider of both editors to its least and its greatest value on an ordinary
+        // picture: Current keeps its size, and Apply's full picture too.
+        const QImage src = testPicture(900, 600);
+        QImage applied;
+        EditorLink link;
+        link.setMainPicture = [&](const QImage &img) { applied = img; };
+        EffectsEditor fx(link);
+        fx.loadPicture(src);
+        for (QScrollBar *b : {fx.SCPosterize, fx.SCMosiac, fx.SCMedian, fx.SCSharpen, fx.SCNoise, fx.SCEmboss,
+                              fx.SCRotateFree}) {
+            b->setValue(b->minimum());
+            b->setValue(b->maximum());
+            b->setValue(b->minimum());
+        }
+        fx.ApplyBtn->click();
+        QCOMPARE(applied.size(), src.size());
+        QCOMPARE(shown(fx).size(), fx.originalPreview().size());
+        ColourEditor col(link);
+        col.loadPicture(src);
+        col.FirstActivation = false;
+        for (QScrollBar *b : {col.SCContrast, col.SCBrightness, col.SCHalfTone, col.SCHistContrast, col.SCHue,
+                              col.SCSaturation, col.SCGamma}) {
+            b->setValue(b->minimum());
+            b->setValue(b->maximum());
+        }
+        col.ApplyBtn->click();
+        QCOMPARE(applied.size(), src.size());
+        // Brightness at 1000 and contrast at 1000 leave no dark pixel.
+        QCOMPARE(qGray(shown(col).pixel(10, 10)) > 0, true);
     }
 
     void noPictureMessage()
@@ -332,6 +511,33 @@ private slots:
                     .split(u'\n')
                     .filter(QStringLiteral(" image "))
                     .isEmpty());
+    }
+
+    void emptyLabelPrintsAnEmptyLine()
+    {
+        // The label's caption empty with a picture: an empty line where the label goes, the
+        // picture and the title printed, and the job ends normally.
+        QTemporaryDir dir;
+        const QString pic = dir.filePath(QStringLiteral("meadow.png"));
+        testPicture(300, 200).save(pic);
+        PrintPicture w(pic);
+        w.PreviewBusy = false;
+        w.Label1_0->setText(QString());
+        w.TxtTitle->setText(QStringLiteral("Title Without Label"));
+        QPrinter printer(QPrinter::HighResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        const QString pdf = dir.filePath(QStringLiteral("l.pdf"));
+        printer.setOutputFileName(pdf);
+        QVERIFY(w.PrintPictureFile(printer));
+        QVERIFY(w.pw > 0);
+        const QString text = run(QStringLiteral("pdftotext"), {pdf, QStringLiteral("-")});
+        QVERIFY2(text.contains(QStringLiteral("Title Without Label")), qPrintable(text));
+        QVERIFY2(!text.contains(QStringLiteral("meadow.png")), qPrintable(text));
+        QVERIFY(run(QStringLiteral("pdfimages"), {QStringLiteral("-list"), pdf})
+                    .split(u'\n')
+                    .filter(QStringLiteral("image"))
+                    .size()
+                >= 1);
     }
 
     void abovePictureAtTheTopGoesNegative()

@@ -15,21 +15,37 @@ namespace {
 
 using MagickCore::Quantum;
 
+// The picture's own bytes go in and come out: an opaque picture (32 bits, the top byte
+// unused) is read with that byte skipped and written with it opaque, so no converted copy
+// is made on either side.
 Magick::Image toMagick(const QImage &src)
 {
-    const QImage q = src.convertToFormat(QImage::Format_ARGB32);
-    Magick::Image img(size_t(q.width()), size_t(q.height()), "BGRA", Magick::CharPixel, q.constBits());
-    img.matte(src.hasAlphaChannel());
+    const bool alpha = src.hasAlphaChannel();
+    const QImage q = src.format() == QImage::Format_RGB32 || src.format() == QImage::Format_ARGB32
+        ? src
+        : src.convertToFormat(alpha ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+    if (q.bytesPerLine() != qsizetype(q.width()) * 4) {
+        const QImage packed = q.copy();
+        Magick::Image img(size_t(q.width()), size_t(q.height()), alpha ? "BGRA" : "BGRP", Magick::CharPixel,
+                          packed.constBits());
+        img.matte(alpha);
+        return img;
+    }
+    Magick::Image img(size_t(q.width()), size_t(q.height()), alpha ? "BGRA" : "BGRP", Magick::CharPixel,
+                      q.constBits());
+    img.matte(alpha);
     return img;
 }
 
 QImage toQt(Magick::Image &img, const QImage &like)
 {
     const int w = int(img.columns()), h = int(img.rows());
-    QImage q(w, h, QImage::Format_ARGB32);
+    const bool alpha = like.hasAlphaChannel();
+    QImage q(w, h, alpha ? QImage::Format_ARGB32 : QImage::Format_RGB32);
     if (q.isNull()) return like;
+    // Without a matte ImageMagick gives every alpha byte as opaque, as RGB32 wants it.
+    img.matte(alpha);
     img.write(0, 0, size_t(w), size_t(h), "BGRA", Magick::CharPixel, q.bits());
-    if (!like.hasAlphaChannel()) q = q.convertToFormat(QImage::Format_RGB32);
     return q;
 }
 
