@@ -4,10 +4,8 @@
 #include "pictures/codecs/codec_table.h"
 #include "pictures/decoder_pool.h"
 
-#include <QCoreApplication>
-#include <QDir>
-#include <QFileInfo>
-#include <QLibrary>
+#include "core/modules.h"
+
 #include <mutex>
 
 namespace tw {
@@ -17,40 +15,20 @@ const CodecTable *g_table = nullptr;
 QString g_error;
 std::once_flag g_once;
 
-QStringList candidates()
-{
-    // Beside the program: the build's lib/ folder, or where the installation put it.
-    QStringList c;
-    const QString exe = QCoreApplication::instance() ? QCoreApplication::applicationDirPath() : QString();
-    if (!exe.isEmpty()) {
-        c << exe + QStringLiteral("/../lib/libtw_codecs.so")
-          << exe + QStringLiteral("/" TW_CODEC_MODULE_FROM_BIN "/libtw_codecs.so");
-    }
-    return c;
-}
-
 const CodecTable *table()
 {
     std::call_once(g_once, [] {
-        for (const QString &path : candidates()) {
-            if (!QFileInfo::exists(path)) continue;
-            QLibrary lib(QDir::cleanPath(path));
-            lib.setLoadHints(QLibrary::PreventUnloadHint);
-            using Entry = const CodecTable *(*)();
-            auto entry = reinterpret_cast<Entry>(lib.resolve(CodecTableSymbol));
-            if (!entry) {
-                g_error = lib.errorString();
-                continue;
-            }
-            const CodecTable *t = entry();
-            if (t && t->version == CodecTableVersion) {
-                g_table = t;
-                g_table->initialise();
-                return;
-            }
-        }
-        if (g_error.isEmpty())
+        // Beside the program: the build's lib/ folder, or where the installation put it.
+        const CodecTable *t =
+            moduleTable<CodecTable>(QStringLiteral("libtw_codecs.so"), CodecTableSymbol, &g_error);
+        if (t && t->version == CodecTableVersion) {
+            g_table = t;
+            g_table->initialise();
+        } else if (t) {
+            g_error = QStringLiteral("the picture codec module libtw_codecs.so is of another version");
+        } else if (g_error.isEmpty()) {
             g_error = QStringLiteral("the picture codec module libtw_codecs.so is missing");
+        }
     });
     return g_table;
 }

@@ -1,5 +1,6 @@
 #include "pictures/image_effects.h"
 
+#include "core/modules.h"
 #include "pictures/codecs/codec_table.h"
 
 #include <QColorSpace>
@@ -8,7 +9,6 @@
 #include <QThread>
 #include <QtConcurrent/QtConcurrentMap>
 #include <QFileInfo>
-#include <QLibrary>
 #include <QPainter>
 #include <QTransform>
 #include <algorithm>
@@ -507,25 +507,12 @@ const EffectsTable *table()
     static std::once_flag once;
     std::call_once(once, [] {
         // The codec module starts ImageMagick; its effects come from the same file.
-        const QString exe = QCoreApplication::instance() ? QCoreApplication::applicationDirPath() : QString();
-        if (exe.isEmpty()) return;
-        for (const QString &path : {exe + QStringLiteral("/../lib/libtw_codecs.so"),
-                                    exe + QStringLiteral("/" TW_CODEC_MODULE_FROM_BIN "/libtw_codecs.so")}) {
-            if (!QFileInfo::exists(path)) continue;
-            QLibrary lib(QDir::cleanPath(path));
-            lib.setLoadHints(QLibrary::PreventUnloadHint);
-            using CodecEntry = const CodecTable *(*)();
-            using Entry = const EffectsTable *(*)();
-            auto codecs = reinterpret_cast<CodecEntry>(lib.resolve(CodecTableSymbol));
-            auto entry = reinterpret_cast<Entry>(lib.resolve(EffectsTableSymbol));
-            if (!codecs || !entry) continue;
-            const CodecTable *ct = codecs();
-            const EffectsTable *et = entry();
-            if (!ct || !et || et->version != EffectsTableVersion) continue;
-            ct->initialise();
-            t = et;
-            return;
-        }
+        const QString module = QStringLiteral("libtw_codecs.so");
+        const CodecTable *ct = moduleTable<CodecTable>(module, CodecTableSymbol);
+        const EffectsTable *et = moduleTable<EffectsTable>(module, EffectsTableSymbol);
+        if (!ct || !et || et->version != EffectsTableVersion) return;
+        ct->initialise();
+        t = et;
     });
     return t;
 }
