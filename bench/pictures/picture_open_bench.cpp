@@ -2,6 +2,7 @@
 // djpeg decoding the same file in the same run; peak memory while it is shown; and the
 // time of one repaint during keyboard zoom and pan. A timed run, not a test.
 #include "app/tarnwick1.h"
+#include "../../tests/common/process_status.h"
 #include "core/tool_manager.h"
 #include "core/options_store.h"
 #include "pictures/decoder_pool.h"
@@ -24,15 +25,6 @@
 using namespace tw;
 
 namespace {
-
-long peakKiB(const char *key)
-{
-    QFile f(QStringLiteral("/proc/self/status"));
-    if (!f.open(QIODevice::ReadOnly)) return -1;
-    for (const QByteArray &line : f.readAll().split('\n'))
-        if (line.startsWith(key)) return line.mid(int(strlen(key))).trimmed().split(' ').first().toLong();
-    return -1;
-}
 
 void resetPeak()
 {
@@ -207,7 +199,7 @@ int main(int argc, char **argv)
     }
 
     // Memory while the picture is shown.
-    const long base = peakKiB("VmRSS:");
+    const long base = twtest::statusKiB("VmRSS:");
     resetPeak();
     QWidget frame;
     frame.resize(1024, 700);
@@ -219,7 +211,7 @@ int main(int argc, char **argv)
     copy.assignFrom(*c);
     c->repaint();
     QApplication::processEvents();
-    const long hwm = peakKiB("VmHWM:");
+    const long hwm = twtest::statusKiB("VmHWM:");
     const double rgba = 6000.0 * 4000.0 * 4.0 / 1024.0;
     out << "decoded RGBA size: " << rgba / 1024 << " MiB\n";
     out << "peak RSS while shown: " << hwm / 1024 << " MiB = " << hwm / rgba
@@ -248,7 +240,7 @@ int main(int argc, char **argv)
     c->setZoomPercent(100);
     c->setScrollPosition(QPoint(2500, 1600));
     c->viewport()->repaint();
-    const long beforeZoom = peakKiB("VmRSS:");
+    const long beforeZoom = twtest::statusKiB("VmRSS:");
     resetPeak();
     double slowest = 0, total = 0;
     int steps = 0;
@@ -265,7 +257,7 @@ int main(int argc, char **argv)
             ++steps;
         }
     }
-    const long zoomPeak = peakKiB("VmHWM:");
+    const long zoomPeak = twtest::statusKiB("VmHWM:");
     out << "keyboard zoom below 100 % (95..10..100): " << total / steps << " ms each, slowest " << slowest
         << " ms\n";
     out << "memory while zooming: peak " << (zoomPeak - beforeZoom) / 1024.0

@@ -5,6 +5,7 @@
 // process (the engine's start is part of a first page), in alternating rounds. A timed run,
 // not a test.
 #include "app/tarnwick1.h"
+#include "../../tests/common/process_status.h"
 #include "common/main_window_fixture.h"
 #include "core/tool_ids.h"
 #include "web/document_text.h"
@@ -30,15 +31,6 @@
 using namespace tw;
 
 namespace {
-
-long statusKiB(const char *key)
-{
-    QFile f(QStringLiteral("/proc/self/status"));
-    if (!f.open(QIODevice::ReadOnly)) return -1;
-    for (const QByteArray &line : f.readAll().split('\n'))
-        if (line.startsWith(key)) return line.mid(int(strlen(key))).trimmed().split(' ').first().toLong();
-    return -1;
-}
 
 void resetPeak()
 {
@@ -72,7 +64,7 @@ double catMs(const QString &file)
 
 double barePlainTextMs(const QString &file, long *peakKiB)
 {
-    const long base = statusKiB("VmRSS:");
+    const long base = twtest::statusKiB("VmRSS:");
     resetPeak();
     QElapsedTimer t;
     t.start();
@@ -84,21 +76,21 @@ double barePlainTextMs(const QString &file, long *peakKiB)
     e.show();
     e.viewport()->repaint();
     const double ms = t.nsecsElapsed() / 1e6;
-    *peakKiB = statusKiB("VmHWM:") - base;
+    *peakKiB = twtest::statusKiB("VmHWM:") - base;
     return ms;
 }
 
 double documentTabMs(Tarnwick1 *w, const QString &file, long *peakKiB)
 {
     auto *docs = dynamic_cast<DocumentsPage *>(w->page(6));
-    const long base = statusKiB("VmRSS:");
+    const long base = twtest::statusKiB("VmRSS:");
     resetPeak();
     QElapsedTimer t;
     t.start();
     w->DisplayFile(file);
     docs->Text1->plainView()->viewport()->repaint();
     const double ms = t.nsecsElapsed() / 1e6;
-    *peakKiB = statusKiB("VmHWM:") - base;
+    *peakKiB = twtest::statusKiB("VmHWM:") - base;
     return ms;
 }
 

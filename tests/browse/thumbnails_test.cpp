@@ -3,6 +3,7 @@
 // producer's order of events and its stop, over folders of Qt's formats and of the legacy
 // formats that the decoder helpers read on the worker threads.
 #include "browse/thumbnail_cache.h"
+#include "../common/process_status.h"
 #include "browse/thumbnail_producer.h"
 #include "browse/thumbnails.h"
 #include "core/catalogue.h"
@@ -444,17 +445,6 @@ TEST_F(ThumbCacheTest, ExifOrientationIsHonoured)
     EXPECT_EQ(ev.picture.size(), QSize(26, 105));
 }
 
-namespace {
-long statusKiB(const char *key)
-{
-    QFile f(QStringLiteral("/proc/self/status"));
-    if (!f.open(QIODevice::ReadOnly)) return -1;
-    for (const QByteArray &line : f.readAll().split('\n'))
-        if (line.startsWith(key)) return line.mid(int(strlen(key))).trimmed().split(' ').first().toLong();
-    return -1;
-}
-}  // namespace
-
 TEST_F(ThumbCacheTest, AJpegIsDecodedScaledNeverWhole)
 {
     // 6000 x 4000 pixels: 96 MB once decoded whole, 1.5 MB at an eighth of its size.
@@ -472,9 +462,9 @@ TEST_F(ThumbCacheTest, AJpegIsDecodedScaledNeverWhole)
     QFile clear(QStringLiteral("/proc/self/clear_refs"));
     if (!clear.open(QIODevice::WriteOnly) || clear.write("5") != 1) GTEST_SKIP() << "cannot reset the peak";
     clear.close();
-    const long before = statusKiB("VmRSS:");
+    const long before = twtest::statusKiB("VmRSS:");
     const ThumbEvent ev = make(file, ThumbnailCache(root));
-    const long peak = statusKiB("VmHWM:");
+    const long peak = twtest::statusKiB("VmHWM:");
     ASSERT_EQ(ev.status, ThumbOk);
     EXPECT_EQ(ev.sourceWidth, 6000);
     EXPECT_EQ(ev.picture.width(), 105);
@@ -482,11 +472,11 @@ TEST_F(ThumbCacheTest, AJpegIsDecodedScaledNeverWhole)
     // The measure itself: a whole decode of the same file shows.
     ASSERT_TRUE(clear.open(QIODevice::WriteOnly) && clear.write("5") == 1);
     clear.close();
-    const long before2 = statusKiB("VmRSS:");
+    const long before2 = twtest::statusKiB("VmRSS:");
     QImageReader whole(file);
     whole.setAllocationLimit(1024);
     EXPECT_EQ(whole.read().size(), QSize(6000, 4000));
-    EXPECT_GT(statusKiB("VmHWM:") - before2, 64 * 1024);
+    EXPECT_GT(twtest::statusKiB("VmHWM:") - before2, 64 * 1024);
 }
 
 TEST_F(ThumbCacheTest, AHugeHeaderIsRefusedBeforeAnyPixel)

@@ -2,6 +2,7 @@
 // moment of a load: while the first file is made, with the grid up, with the selection list
 // open; a file deleted during a load; a big folder that keeps the window responsive.
 #include "common/main_window_fixture.h"
+#include "common/process_status.h"
 #include "app/tarnwick1.h"
 #include "browse/browse_module.h"
 #include "browse/shell_tree.h"
@@ -31,17 +32,6 @@
 #include <unistd.h>
 
 using namespace tw;
-
-namespace {
-long statusKiB(const char *key)
-{
-    QFile f(QStringLiteral("/proc/self/status"));
-    if (!f.open(QIODevice::ReadOnly)) return -1;
-    for (const QByteArray &line : f.readAll().split('\n'))
-        if (line.startsWith(key)) return line.mid(int(strlen(key))).trimmed().split(' ').first().toLong();
-    return -1;
-}
-}  // namespace
 
 class ThumbnailsWindowTest : public QObject {
     Q_OBJECT
@@ -308,7 +298,7 @@ private slots:
                          0);
         }
         showFolder(dir);
-        const long rssBefore = statusKiB("VmRSS:");
+        const long rssBefore = twtest::statusKiB("VmRSS:");
         // A timer of the window keeps ticking while the grid fills; meanwhile the user scrolls
         // the grid and, with some thousands of cells made, presses Stop.
         QElapsedTimer clock;
@@ -357,7 +347,7 @@ private slots:
         QCOMPARE(cell.format(), QImage::Format_RGB16);
         // The cells hold the small pictures only: well under what the decoded pictures
         // (300 KB each) would take.
-        const long rssAfter = statusKiB("VmRSS:");
+        const long rssAfter = twtest::statusKiB("VmRSS:");
         const double perCell = double(rssAfter - rssBefore) / cells;
         QVERIFY2(perCell < 60, qPrintable(QString::number(perCell) + QStringLiteral(" KB a cell")));
         qInfo("%d of %d cells in %lld ms, Stop to the end of the load %lld ms, longest pause %lld ms, "

@@ -2,6 +2,7 @@
 // its window keeps running while the decoder works, Escape gives up the wait, and the
 // decoder helper that failed is replaced for the next picture.
 #include "pictures/decoder_pool.h"
+#include "../common/process_status.h"
 #include "pictures/imaging_control.h"
 #include "pictures/imaging_errors.h"
 #include "pictures/picture_decoder.h"
@@ -55,15 +56,6 @@ bool writeManyPageTiff(const QString &path, int pages, int w, int h)
     }
     TIFFClose(t);
     return true;
-}
-
-long statusKiB(const char *key)
-{
-    QFile f(QStringLiteral("/proc/self/status"));
-    if (!f.open(QIODevice::ReadOnly)) return -1;
-    for (const QByteArray &line : f.readAll().split('\n'))
-        if (line.startsWith(key)) return line.mid(int(strlen(key))).trimmed().split(' ').first().toLong();
-    return -1;
 }
 
 }  // namespace
@@ -297,7 +289,7 @@ private slots:
         QFile clear(QStringLiteral("/proc/self/clear_refs"));
         const bool canReset = clear.open(QIODevice::WriteOnly) && clear.write("5") == 1;
         clear.close();
-        const long before = statusKiB("VmRSS:");
+        const long before = twtest::statusKiB("VmRSS:");
         QList<int> steps;
         for (int z = 95; z >= 5; z -= 5) steps << z;
         for (int z = 10; z <= 300; z += 5) steps << z;
@@ -317,7 +309,7 @@ private slots:
         c->viewport()->repaint();
         QVERIFY(c->paintCacheBytes() <= viewBytes + 4 * 4000);
         if (canReset) {
-            const long peak = statusKiB("VmHWM:");
+            const long peak = twtest::statusKiB("VmHWM:");
             // Beyond the picture itself (already counted in `before`), at most half of it more.
             QVERIFY2(
                 (peak - before) * 1024.0 <= 0.5 * decoded,

@@ -1,6 +1,7 @@
 // The document tab's plain text: the reader (encodings, line ends, odd files) and the compact
 // view (scrolling, selection by mouse and keys, copy, the context menu, printing, memory).
 #include "web/plain_text_reader.h"
+#include "../common/process_status.h"
 #include "web/plain_text_view.h"
 
 #include <QAction>
@@ -35,15 +36,6 @@ std::optional<PlainText> readFile(const QString &path)
     PlainTextJob job(path);
     job.run();
     return job.takeText();
-}
-
-long statusKiB(const char *key)
-{
-    QFile f(QStringLiteral("/proc/self/status"));
-    if (!f.open(QIODevice::ReadOnly)) return -1;
-    for (const QByteArray &line : f.readAll().split('\n'))
-        if (line.startsWith(key)) return line.mid(int(strlen(key))).trimmed().split(' ').first().toLong();
-    return -1;
 }
 
 int pdfPages(const QString &pdf)
@@ -215,7 +207,7 @@ private slots:
         rlimit old{};
         QVERIFY(getrlimit(RLIMIT_AS, &old) == 0);
         rlimit cut = old;
-        cut.rlim_cur = rlim_t(statusKiB("VmSize:")) * 1024 + (150 << 20);
+        cut.rlim_cur = rlim_t(twtest::statusKiB("VmSize:")) * 1024 + (150 << 20);
         QVERIFY(setrlimit(RLIMIT_AS, &cut) == 0);
         auto text = readFile(file("toolarge.txt"));
         QVERIFY(setrlimit(RLIMIT_AS, &old) == 0);
@@ -512,7 +504,7 @@ private slots:
         v.show();
         QVERIFY(QTest::qWaitForWindowExposed(&v));
         v.viewport()->repaint();
-        const long base = statusKiB("VmRSS:");
+        const long base = twtest::statusKiB("VmRSS:");
         {
             QFile clear(QStringLiteral("/proc/self/clear_refs"));
             if (clear.open(QIODevice::WriteOnly)) clear.write("5");
@@ -521,7 +513,7 @@ private slots:
         QVERIFY(text);
         v.setContent(std::move(*text));
         v.viewport()->repaint();
-        const long peak = statusKiB("VmHWM:");
+        const long peak = twtest::statusKiB("VmHWM:");
         QVERIFY(base > 0 && peak > 0);
         const double ratio = (peak - base) * 1024.0 / double(fileSize);
         qInfo("peak growth %.2f times the file", ratio);
