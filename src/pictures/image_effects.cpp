@@ -285,6 +285,58 @@ bool medianOf(const QImage &src, int size, QImage *result)
     return true;
 }
 
+// The two passes of a Gaussian of weights G (an odd number of them) over In, edge pixels
+// repeated: along the rows, each sum kept as Keep makes it, then along the columns into one
+// row of sums (three a pixel) at a time, which Finish turns into the row of Out, given the row
+// of In. The bands of rows run on all cores.
+template <typename Keep, typename Finish>
+void gaussianPasses(const QImage &in, QImage &out, const std::vector<float> &g, const Keep &keep,
+                    const Finish &finish)
+{
+    const int width = int(g.size()), j = (width - 1) / 2;
+    const int w = in.width(), h = in.height();
+    const uchar *const from = in.constBits();
+    uchar *const to = out.bits();
+    const qsizetype inStride = in.bytesPerLine(), outStride = out.bytesPerLine();
+    std::vector<int> column(size_t(w + 2 * j));
+    for (int i = 0; i < w + 2 * j; ++i) column[size_t(i)] = std::clamp(i - j, 0, w - 1);
+    inBands(h, [&](int y0, int y1) {
+        // The rows' pass for the rows this band's columns reach, edge rows repeated.
+        const int top = y0 - j, count = (y1 - y0) + 2 * j;
+        std::vector<float> across(size_t(count) * size_t(w) * 3);
+        for (int r = 0; r < count; ++r) {
+            const auto *line =
+                reinterpret_cast<const QRgb *>(from + std::clamp(top + r, 0, h - 1) * inStride);
+            float *dst = across.data() + size_t(r) * size_t(w) * 3;
+            for (int x = 0; x < w; ++x) {
+                float sr = 0, sg = 0, sb = 0;
+                const int *col = column.data() + x;
+                for (int t = 0; t < width; ++t) {
+                    const QRgb c = line[col[t]];
+                    const float wt = g[size_t(t)];
+                    sr += wt * float(qRed(c));
+                    sg += wt * float(qGreen(c));
+                    sb += wt * float(qBlue(c));
+                }
+                dst[3 * x] = keep(sr);
+                dst[3 * x + 1] = keep(sg);
+                dst[3 * x + 2] = keep(sb);
+            }
+        }
+        std::vector<float> sum(size_t(w) * 3);
+        for (int y = y0; y < y1; ++y) {
+            std::fill(sum.begin(), sum.end(), 0.0f);
+            for (int t = 0; t < width; ++t) {
+                const float wt = g[size_t(t)];
+                const float *line = across.data() + size_t(y - y0 + t) * size_t(w) * 3;
+                for (int i = 0; i < w * 3; ++i) sum[size_t(i)] += wt * line[i];
+            }
+            finish(reinterpret_cast<const QRgb *>(from + y * inStride), sum.data(),
+                   reinterpret_cast<QRgb *>(to + y * outStride), w);
+        }
+    });
+}
+
 // ImageMagick's sharpen of radius 0: a square kernel as wide as its Gaussian of `sigma` still
 // weighs at 16 bits, the negated Gaussian around twice its sum in the middle, scaled to a
 // sum of 1. Worked out as ((2 S + Gc) p - blur) / (S + Gc), with S the Gaussian's sum, Gc
@@ -318,53 +370,16 @@ bool sharpenOf(const QImage &src, double sigma, QImage *result)
     const QImage in = src.convertToFormat(QImage::Format_RGB32);
     QImage out = blankLike(in, QImage::Format_RGB32);
     if (in.isNull() || out.isNull()) return false;
-    const int w = in.width(), h = in.height();
-    const uchar *const from = in.constBits();
-    uchar *const to = out.bits();
-    const qsizetype inStride = in.bytesPerLine(), outStride = out.bytesPerLine();
-    std::vector<int> column(size_t(w + 2 * j));
-    for (int i = 0; i < w + 2 * j; ++i) column[size_t(i)] = std::clamp(i - j, 0, w - 1);
-    inBands(h, [&](int y0, int y1) {
-        // The rows' pass for the rows this band's columns reach, edge rows repeated.
-        const int top = y0 - j, count = (y1 - y0) + 2 * j;
-        std::vector<float> across(size_t(count) * size_t(w) * 3);
-        for (int r = 0; r < count; ++r) {
-            const auto *line =
-                reinterpret_cast<const QRgb *>(from + std::clamp(top + r, 0, h - 1) * inStride);
-            float *dst = across.data() + size_t(r) * size_t(w) * 3;
-            for (int x = 0; x < w; ++x) {
-                float sr = 0, sg = 0, sb = 0;
-                const int *col = column.data() + x;
-                for (int t = 0; t < width; ++t) {
-                    const QRgb c = line[col[t]];
-                    const float wt = g[size_t(t)];
-                    sr += wt * float(qRed(c));
-                    sg += wt * float(qGreen(c));
-                    sb += wt * float(qBlue(c));
-                }
-                dst[3 * x] = sr;
-                dst[3 * x + 1] = sg;
-                dst[3 * x + 2] = sb;
-            }
-        }
-        std::vector<float> blur(size_t(w) * 3);
-        for (int y = y0; y < y1; ++y) {
-            std::fill(blur.begin(), blur.end(), 0.0f);
-            for (int t = 0; t < width; ++t) {
-                const float wt = g[size_t(t)];
-                const float *line = across.data() + size_t(y - y0 + t) * size_t(w) * 3;
-                for (int i = 0; i < w * 3; ++i) blur[size_t(i)] += wt * line[i];
-            }
-            const auto *p = reinterpret_cast<const QRgb *>(from + y * inStride);
-            auto *o = reinterpret_cast<QRgb *>(to + y * outStride);
+    gaussianPasses(
+        in, out, g, [](float v) { return v; },
+        [&](const QRgb *p, const float *blur, QRgb *o, int w) {
             for (int x = 0; x < w; ++x) {
                 const QRgb c = p[x];
-                o[x] = qRgb(fromQuantum(257.0f * (self * float(qRed(c)) - other * blur[size_t(3 * x)])),
-                            fromQuantum(257.0f * (self * float(qGreen(c)) - other * blur[size_t(3 * x + 1)])),
-                            fromQuantum(257.0f * (self * float(qBlue(c)) - other * blur[size_t(3 * x + 2)])));
+                o[x] = qRgb(fromQuantum(257.0f * (self * float(qRed(c)) - other * blur[3 * x])),
+                            fromQuantum(257.0f * (self * float(qGreen(c)) - other * blur[3 * x + 1])),
+                            fromQuantum(257.0f * (self * float(qBlue(c)) - other * blur[3 * x + 2])));
             }
-        }
-    });
+        });
     *result = out;
     return true;
 }
@@ -399,53 +414,18 @@ bool blurOf(const QImage &src, double sigma, QImage *result)
         for (double &x : k) x /= sum;
     }
     std::vector<float> g(k.begin(), k.end());
-    const int j = (width - 1) / 2;
     const QImage in = src.convertToFormat(QImage::Format_RGB32);
     QImage out = blankLike(in, QImage::Format_RGB32);
     if (in.isNull() || out.isNull()) return false;
-    const int w = in.width(), h = in.height();
-    const uchar *const from = in.constBits();
-    uchar *const to = out.bits();
-    const qsizetype inStride = in.bytesPerLine(), outStride = out.bytesPerLine();
-    std::vector<int> column(size_t(w + 2 * j));
-    for (int i = 0; i < w + 2 * j; ++i) column[size_t(i)] = std::clamp(i - j, 0, w - 1);
+    // Each pass is kept at 16 bits a channel.
     auto q16 = [](float v) { return v <= 0.0f ? 0.0f : v >= 65535.0f ? 65535.0f : std::floor(v + 0.5f); };
-    inBands(h, [&](int y0, int y1) {
-        const int top = y0 - j, count = (y1 - y0) + 2 * j;
-        std::vector<float> across(size_t(count) * size_t(w) * 3);
-        for (int r = 0; r < count; ++r) {
-            const auto *line =
-                reinterpret_cast<const QRgb *>(from + std::clamp(top + r, 0, h - 1) * inStride);
-            float *dst = across.data() + size_t(r) * size_t(w) * 3;
-            for (int x = 0; x < w; ++x) {
-                float sr = 0, sg = 0, sb = 0;
-                const int *col = column.data() + x;
-                for (int t = 0; t < width; ++t) {
-                    const QRgb c = line[col[t]];
-                    const float wt = g[size_t(t)];
-                    sr += wt * float(qRed(c));
-                    sg += wt * float(qGreen(c));
-                    sb += wt * float(qBlue(c));
-                }
-                dst[3 * x] = q16(257.0f * sr);
-                dst[3 * x + 1] = q16(257.0f * sg);
-                dst[3 * x + 2] = q16(257.0f * sb);
-            }
-        }
-        std::vector<float> sum(size_t(w) * 3);
-        for (int y = y0; y < y1; ++y) {
-            std::fill(sum.begin(), sum.end(), 0.0f);
-            for (int t = 0; t < width; ++t) {
-                const float wt = g[size_t(t)];
-                const float *line = across.data() + size_t(y - y0 + t) * size_t(w) * 3;
-                for (int i = 0; i < w * 3; ++i) sum[size_t(i)] += wt * line[i];
-            }
-            auto *o = reinterpret_cast<QRgb *>(to + y * outStride);
+    gaussianPasses(
+        in, out, g, [&](float v) { return q16(257.0f * v); },
+        [](const QRgb *, const float *sum, QRgb *o, int w) {
             for (int x = 0; x < w; ++x)
-                o[x] = qRgb(fromQuantum(sum[size_t(3 * x)]), fromQuantum(sum[size_t(3 * x + 1)]),
-                            fromQuantum(sum[size_t(3 * x + 2)]));
-        }
-    });
+                o[x] =
+                    qRgb(fromQuantum(sum[3 * x]), fromQuantum(sum[3 * x + 1]), fromQuantum(sum[3 * x + 2]));
+        });
     *result = out;
     return true;
 }
