@@ -2,6 +2,7 @@
 
 #include "core/modules.h"
 #include "pictures/codecs/codec_table.h"
+#include "pictures/codecs/edge_kernels.h"
 
 #include <QColorSpace>
 #include <QCoreApplication>
@@ -444,41 +445,6 @@ void embossKernel(int direction, int value, double (&k)[9])
     k[4] = 1;
     k[(1 + dirY[d]) * 3 + 1 + dirX[d]] += s;
     k[(1 - dirY[d]) * 3 + 1 - dirX[d]] -= s;
-}
-
-bool edgeKernel(int code, double (&k)[9])
-{
-    static const double prewittV[9] = {-1, 0, 1, -1, 0, 1, -1, 0, 1};
-    static const double prewittH[9] = {-1, -1, -1, 0, 0, 0, 1, 1, 1};
-    static const double sobelV[9] = {-1, 0, 1, -2, 0, 2, -1, 0, 1};
-    static const double sobelH[9] = {-1, -2, -1, 0, 0, 0, 1, 2, 1};
-    static const double shiftV[9] = {0, 0, 0, -1, 1, 0, 0, 0, 0};
-    static const double shiftH[9] = {0, -1, 0, 0, 1, 0, 0, 0, 0};
-    const double *from = nullptr;
-    switch (code) {
-    case 25:
-        from = prewittV;
-        break;
-    case 24:
-        from = prewittH;
-        break;
-    case 23:
-        from = sobelV;
-        break;
-    case 22:
-        from = sobelH;
-        break;
-    case 28:
-        from = shiftV;
-        break;
-    case 27:
-        from = shiftH;
-        break;
-    default:
-        return false;
-    }
-    std::copy(from, from + 9, k);
-    return true;
 }
 
 const EffectsTable *table()

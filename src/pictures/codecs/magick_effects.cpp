@@ -3,6 +3,7 @@
 // edge filters and colour reduction. Exported under a symbol of their own so the codec table
 // keeps its shape.
 #include "pictures/codecs/codec_table.h"
+#include "pictures/codecs/edge_kernels.h"
 
 #include <Magick++.h>
 
@@ -114,36 +115,11 @@ QImage applyEffect(const QImage &src, int effect, double a, double b)
         case MagickEffect::StretchIntensity:
             img.normalize();
             break;
+        case MagickEffect::HalfTone:
+            return src;  // the colour editor screens the picture itself
         case MagickEffect::EdgeFilter: {
-            static const double prewittV[9] = {-1, 0, 1, -1, 0, 1, -1, 0, 1};
-            static const double prewittH[9] = {-1, -1, -1, 0, 0, 0, 1, 1, 1};
-            static const double sobelV[9] = {-1, 0, 1, -2, 0, 2, -1, 0, 1};
-            static const double sobelH[9] = {-1, -2, -1, 0, 0, 0, 1, 2, 1};
-            static const double shiftV[9] = {0, 0, 0, -1, 1, 0, 0, 0, 0};
-            static const double shiftH[9] = {0, -1, 0, 0, 1, 0, 0, 0, 0};
-            const double *k = nullptr;
-            switch (int(a)) {
-            case 25:
-                k = prewittV;
-                break;
-            case 24:
-                k = prewittH;
-                break;
-            case 23:
-                k = sobelV;
-                break;
-            case 22:
-                k = sobelH;
-                break;
-            case 28:
-                k = shiftV;
-                break;
-            case 27:
-                k = shiftH;
-                break;
-            default:
-                return src;
-            }
+            double k[9];
+            if (!effects::edgeKernel(int(a), k)) return src;
             img.convolve(3, k);
             break;
         }
