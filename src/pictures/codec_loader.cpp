@@ -68,14 +68,6 @@ Status ping(const QString &path, int page, Facts *out, QString *message)
     return Status::NoCoder;
 }
 
-Status write(const QList<QImage> &frames, const QString &path, const QString &coder, int bitsPerPixel,
-             int quality, QString *message)
-{
-    if (const CodecTable *t = table()) return t->write(frames, path, coder, bitsPerPixel, quality, message);
-    if (message) *message = g_error;
-    return Status::NoCoder;
-}
-
 bool canWrite(const QString &coder)
 {
     const CodecTable *t = table();

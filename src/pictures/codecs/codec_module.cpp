@@ -8,7 +8,6 @@ const tw::CodecTable kTable = {
     &tw::magick::read,
     &tw::magick::readBlob,
     &tw::magick::ping,
-    &tw::magick::write,
     &tw::magick::canWrite,
     &tw::magick::canRead,
     &tw::magick::resample,

@@ -15,7 +15,6 @@ struct CodecTable {
     magick::Status (*read)(const QString &, int, bool, magick::Decoded *, QString *, const QString &);
     magick::Status (*readBlob)(const QByteArray &, const QString &, magick::Decoded *, QString *);
     magick::Status (*ping)(const QString &, int, magick::Facts *, QString *);
-    magick::Status (*write)(const QList<QImage> &, const QString &, const QString &, int, int, QString *);
     bool (*canWrite)(const QString &);
     bool (*canRead)(const QString &);
     QImage (*resample)(const QImage &, int, int);
@@ -31,7 +30,7 @@ struct CodecTable {
     void (*setPixelAllocator)(magick::PixelAllocator);
 };
 
-constexpr int CodecTableVersion = 3;
+constexpr int CodecTableVersion = 4;
 // The name of the function the module exports.
 constexpr const char *CodecTableSymbol = "tw_codec_table";
 

@@ -331,59 +331,6 @@ bool canRead(const QString &coder)
     }
 }
 
-Status write(const QList<QImage> &frames, const QString &path, const QString &coder, int bitsPerPixel,
-             int quality, QString *message)
-{
-    initialise();
-    MagickTiffScope tiffScope;
-    if (frames.isEmpty()) return Status::WriteFailed;
-    if (!canWrite(coder)) {
-        if (message) *message = QStringLiteral("no encoder for ") + coder;
-        return Status::NoCoder;
-    }
-    try {
-        std::list<Magick::Image> images;
-        for (const QImage &f : frames) {
-            Magick::Image img = fromQImage(f);
-            img.magick(coder.toStdString());
-            if (quality > 0) img.quality(size_t(quality));
-            switch (bitsPerPixel) {
-            case 1:
-                img.type(MagickCore::BilevelType);
-                break;
-            case 4:
-                img.quantizeColors(16);
-                img.quantize();
-                img.type(MagickCore::PaletteType);
-                break;
-            case 8:
-                img.quantizeColors(256);
-                img.quantize();
-                img.type(MagickCore::PaletteType);
-                break;
-            case 24:
-                img.matte(false);
-                img.type(MagickCore::TrueColorType);
-                break;
-            case 32:
-                img.type(MagickCore::TrueColorMatteType);
-                break;
-            default:
-                break;
-            }
-            images.push_back(img);
-        }
-        const std::string target = coder.toStdString() + ":" + localPath(path);
-        Magick::writeImages(images.begin(), images.end(), target, true);
-    } catch (const Magick::Warning &w) {
-        if (message) *message = QString::fromLocal8Bit(w.what());
-    } catch (const Magick::Exception &e) {
-        if (message) *message = QString::fromLocal8Bit(e.what());
-        return Status::WriteFailed;
-    }
-    return QFileInfo(path).size() > 0 ? Status::Ok : Status::WriteFailed;
-}
-
 QImage resample(const QImage &src, int width, int height)
 {
     initialise();

@@ -52,10 +52,7 @@ Status readBlob(const QByteArray &data, const QString &coderHint, Decoded *out, 
 // Header facts of one page without decoding the pixels.
 Status ping(const QString &path, int page, Facts *out, QString *message);
 
-// Writes `frames` (one page each) with the coder named (upper case, "JPEG", "TIFF"...).
-// bitsPerPixel 0 keeps what ImageMagick chooses; quality 0 keeps its default.
-Status write(const QList<QImage> &frames, const QString &path, const QString &coder, int bitsPerPixel,
-             int quality, QString *message);
+// Pictures are written through encodeWithProfiles (magick_write.h), into memory first.
 // True when ImageMagick here can write that coder.
 bool canWrite(const QString &coder);
 bool canRead(const QString &coder);
