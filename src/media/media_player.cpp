@@ -301,10 +301,18 @@ void MediaPlayer::onMpvEvents()
             auto *ef = static_cast<mpv_event_end_file *>(ev->data);
             // The next entry of a list file follows by itself; when nothing is left mpv goes
             // idle, and only then has the file (or the list) ended.
-            if (ef->reason == MPV_END_FILE_REASON_EOF || ef->reason == MPV_END_FILE_REASON_ERROR)
+            if (ef->reason == MPV_END_FILE_REASON_EOF || ef->reason == MPV_END_FILE_REASON_ERROR) {
                 lastEnd_ = ef->reason;
+                // Read late (a busy machine), the player may be idle already: a load that
+                // failed at once leaves idle-active as it was, and no change of it is told.
+                int idle = 0;
+                if (E->get_property(mpv_, "idle-active", MPV_FORMAT_FLAG, &idle) >= 0 && idle) wentIdle();
+            }
             break;
         }
+        case MPV_EVENT_IDLE:
+            wentIdle();
+            break;
         case MPV_EVENT_PROPERTY_CHANGE: {
             auto *p = static_cast<mpv_event_property *>(ev->data);
             const char *n = p->name;
@@ -312,17 +320,7 @@ void MediaPlayer::onMpvEvents()
                 paused_ = *static_cast<int *>(p->data) != 0;
                 if (loaded_) setState(paused_ ? (stopped_ ? Stopped : Paused) : Playing);
             } else if (!std::strcmp(n, "idle-active") && p->format == MPV_FORMAT_FLAG) {
-                if (*static_cast<int *>(p->data) && lastEnd_ >= 0) {
-                    const bool eof = lastEnd_ == MPV_END_FILE_REASON_EOF;
-                    lastEnd_ = -1;
-                    loaded_ = false;
-                    stopped_ = true;
-                    setState(Stopped);
-                    if (eof) {
-                        ++endCount_;
-                        emit endOfStream(0);
-                    }
-                }
+                if (*static_cast<int *>(p->data)) wentIdle();
             } else if (!std::strcmp(n, "duration")) {
                 duration_ = p->format == MPV_FORMAT_DOUBLE ? *static_cast<double *>(p->data) : 0;
                 seek_->setRange(0, int(duration_));
@@ -345,6 +343,21 @@ void MediaPlayer::onMpvEvents()
         default:
             break;
         }
+    }
+}
+
+void MediaPlayer::wentIdle()
+{
+    // The file (or the list) has ended once: whichever of the signs of it comes first.
+    if (lastEnd_ < 0) return;
+    const bool eof = lastEnd_ == MPV_END_FILE_REASON_EOF;
+    lastEnd_ = -1;
+    loaded_ = false;
+    stopped_ = true;
+    setState(Stopped);
+    if (eof) {
+        ++endCount_;
+        emit endOfStream(0);
     }
 }
 

@@ -78,6 +78,8 @@ private slots:
 private:
     bool ensureEngine();
     void load(bool startPaused);
+    // mpv has gone idle after a file (or a list) that ended: the play state goes to Stopped.
+    void wentIdle();
     void setState(int s);
     void updateParts();
     void updateTexts();
