@@ -21,11 +21,45 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QStyleOptionButton>
+#include <QStylePainter>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace tw {
 
 namespace {
+// A check box of the General page. Its caption may be wider than the page when the window
+// fonts are bold: it then ends in an ellipsis, with the whole caption as its tool tip, rather
+// than being cut off or pushing the page out of the window.
+class OptionCheckBox : public QCheckBox {
+public:
+    using QCheckBox::QCheckBox;
+    QSize minimumSizeHint() const override
+    {
+        QSize s = QCheckBox::minimumSizeHint();
+        s.setWidth(std::min(s.width(), fontMetrics().height() * 6));
+        return s;
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QStyleOptionButton opt;
+        initStyleOption(&opt);
+        const QRect textRect = style()->subElementRect(QStyle::SE_CheckBoxContents, &opt, this);
+        const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, textRect.width());
+        const bool cut = shown != text();
+        if (cut != property("captionCut").toBool()) {
+            setProperty("captionCut", cut);
+            setToolTip(cut ? text() : QString());
+        }
+        opt.text = shown;
+        QStylePainter p(this);
+        p.drawControl(QStyle::CE_CheckBox, opt);
+    }
+};
+
 // Colour table rows: label, background field (0-based in Colors.INI); the text field follows.
 struct ColorRow {
     int row;
@@ -143,7 +177,7 @@ ToolsTab::ToolsTab(PageHost &w, QWidget *parent) : QWidget(parent), w_(w)
     g->setVerticalSpacing(2);
     int gRow = 0;
     auto check = [&](QCheckBox *&box, const char *name, const char *caption) {
-        box = new QCheckBox(QString::fromLatin1(caption), SSFrame1[0]);
+        box = new OptionCheckBox(QString::fromLatin1(caption), SSFrame1[0]);
         box->setObjectName(QString::fromLatin1(name));
         g->addWidget(box, gRow++, 0, 1, 2);
     };

@@ -9,6 +9,9 @@
 #include "core/tool_table.h"
 #include "core/toggle_drag.h"
 
+#include <QCheckBox>
+#include <QStyle>
+#include <cstdlib>
 #include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
@@ -224,6 +227,10 @@ private slots:
                 const int needH = c->minimumHeight() > 0 ? c->minimumHeight() : hint.height();
                 QVERIFY2(c->width() >= needW && c->height() >= needH,
                          qPrintable(what + QStringLiteral(" is squeezed")));
+                // With the desktop's font every caption shows whole.
+                if (auto *box = qobject_cast<QCheckBox *>(c))
+                    QVERIFY2(box->width() >= box->sizeHint().width() && box->toolTip().isEmpty(),
+                             qPrintable(what + QStringLiteral(" has its caption cut")));
                 // No two controls side by side cover each other.
                 if (c->parentWidget())
                     for (QObject *o : c->parentWidget()->children()) {
@@ -242,6 +249,49 @@ private slots:
         QVERIFY(tools->OptApplyBtn->isVisible());
         QVERIFY(tools->Text3[27]->isVisible());
         QVERIFY(!tools->Label2[7]->text().isEmpty());
+    }
+
+    // With bold window fonts the General page's longer captions no longer fit the default
+    // window: they end in an ellipsis and carry the whole caption as their tool tip, and no
+    // check box reaches out of the page.
+    void boldCaptionsEndInAnEllipsis()
+    {
+        w->selectTab(8);
+        tw::ToolsTab *tools = w->findChild<tw::ToolsTab *>();
+        QVERIFY(tools);
+        tools->showPage(0);
+        const bool wasBold = G.Options.BoldFonts;
+        G.Options.BoldFonts = true;
+        w->ApplyColors();
+        QTest::qWait(50);
+        QWidget *page = tools->SSFrame1[0];
+        int cut = 0;
+        for (QCheckBox *box : page->findChildren<QCheckBox *>()) {
+            QVERIFY(box->font().bold());
+            const QRect r(box->mapTo(page, QPoint(0, 0)), box->size());
+            QVERIFY2(page->rect().contains(r),
+                     qPrintable(box->objectName() + QStringLiteral(" leaves the page")));
+            box->repaint();
+            // The room beside the check mark, as the style lays the box out.
+            const int room = box->width() - box->style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, box)
+                - box->style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing, nullptr, box);
+            const int need = box->fontMetrics().horizontalAdvance(box->text());
+            if (std::abs(need - room) <= 2) continue;  // too close to call
+            if (need > room) {
+                ++cut;
+                QCOMPARE(box->toolTip(), box->text());
+            } else {
+                QVERIFY2(box->toolTip().isEmpty(), qPrintable(box->objectName()));
+            }
+        }
+        G.Options.BoldFonts = wasBold;
+        w->ApplyColors();
+        QTest::qWait(50);
+        for (QCheckBox *box : page->findChildren<QCheckBox *>()) {
+            box->repaint();
+            QVERIFY2(box->toolTip().isEmpty(), qPrintable(box->objectName()));
+        }
+        QVERIFY2(cut > 0, "no caption was too wide for the bold font: the test shows nothing");
     }
 
     // The busy pointer is the main window's alone: a dialog that a command opens keeps the
