@@ -5,6 +5,7 @@
 // run. A timed run, not a test: the slider best of three; the full picture and convert best
 // of five, taken in turns so that a busy moment of the machine weighs on both alike.
 #include "pictures/image_effects.h"
+#include "bench_timing.h"
 #include "pictures/picture_decoder.h"
 #include "pictures/imaging_control.h"
 #include "pictures/picture_editors.h"
@@ -19,27 +20,10 @@
 #include <functional>
 
 using namespace tw;
+using twbench::bestOf3;
+using twbench::runTool;
 
 namespace {
-
-double bestOf3(const std::function<void()> &f)
-{
-    double best = 1e12;
-    for (int i = 0; i < 3; ++i) {
-        QElapsedTimer t;
-        t.start();
-        f();
-        best = std::min(best, t.nsecsElapsed() / 1e6);
-    }
-    return best;
-}
-
-void runTool(const QString &program, const QStringList &args)
-{
-    QProcess p;
-    p.start(program, args);
-    p.waitForFinished(-1);
-}
 
 struct Case {
     const char *name;

@@ -3,6 +3,7 @@
 // a 24-megapixel JPEG to PNG and to TIFF against ImageMagick's convert on the same file, all
 // in the same run. A timed run, not a test: best of three each.
 #include "pictures/imaging_control.h"
+#include "bench_timing.h"
 #include "pictures/picture_decoder.h"
 #include "pictures/picture_saving.h"
 
@@ -16,29 +17,8 @@
 #include <functional>
 
 using namespace tw;
-
-namespace {
-
-double bestOf3(const std::function<void()> &f)
-{
-    double best = 1e12;
-    for (int i = 0; i < 3; ++i) {
-        QElapsedTimer t;
-        t.start();
-        f();
-        best = std::min(best, t.nsecsElapsed() / 1e6);
-    }
-    return best;
-}
-
-void runTool(const QString &program, const QStringList &args)
-{
-    QProcess p;
-    p.start(program, args);
-    p.waitForFinished(-1);
-}
-
-}  // namespace
+using twbench::bestOf3;
+using twbench::runTool;
 
 int main(int argc, char **argv)
 {

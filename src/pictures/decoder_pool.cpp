@@ -665,17 +665,9 @@ void copyFrames(const Outcome &o, QList<QImage> *frames, QList<int> *delays)
     }
 }
 
-}  // namespace
-
-magick::Status helperRead(const QString &path, int page, bool allPages, magick::Decoded *out,
-                          QString *message, const QString &coderHint)
+// Runs a decoding request in a helper and hands its pictures over.
+magick::Status decodeInHelper(const Request &r, magick::Decoded *out, QString *message)
 {
-    Request r;
-    r.op = Op::Read;
-    r.path = QFileInfo(path).absoluteFilePath();
-    r.page = page;
-    r.allPages = allPages;
-    r.coderHint = coderHint;
     const Outcome o = run(r);
     if (o.kind != Outcome::Done) {
         if (message) *message = o.detail;
@@ -689,6 +681,20 @@ magick::Status helperRead(const QString &path, int page, bool allPages, magick::
     return s;
 }
 
+}  // namespace
+
+magick::Status helperRead(const QString &path, int page, bool allPages, magick::Decoded *out,
+                          QString *message, const QString &coderHint)
+{
+    Request r;
+    r.op = Op::Read;
+    r.path = QFileInfo(path).absoluteFilePath();
+    r.page = page;
+    r.allPages = allPages;
+    r.coderHint = coderHint;
+    return decodeInHelper(r, out, message);
+}
+
 magick::Status helperReadBlob(const QByteArray &data, const QString &coderHint, magick::Decoded *out,
                               QString *message)
 {
@@ -696,17 +702,7 @@ magick::Status helperReadBlob(const QByteArray &data, const QString &coderHint, 
     r.op = Op::ReadBlob;
     r.blob = data;
     r.coderHint = coderHint;
-    const Outcome o = run(r);
-    if (o.kind != Outcome::Done) {
-        if (message) *message = o.detail;
-        return magickStatusOf(o);
-    }
-    if (message) *message = o.reply.message;
-    const auto s = magick::Status(o.reply.status);
-    if (s == magick::Status::Ok && o.frames.isEmpty()) return magick::Status::NotAPicture;
-    out->facts = o.reply.facts;
-    copyFrames(o, &out->frames, &out->delaysMs);
-    return s;
+    return decodeInHelper(r, out, message);
 }
 
 magick::Status helperPing(const QString &path, int page, magick::Facts *out, QString *message)
