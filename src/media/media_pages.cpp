@@ -909,6 +909,14 @@ void PlayListPage::TrackerBtnClick(int index)
     TrackerRefresh();
 }
 
+// The music player's panel on the video tab: the sound controls alone (short), or with the
+// position controls of the tracker (tall); the player is moved so its controls show in it.
+static void placeMusicControls(PlayListPage *m, bool tall)
+{
+    m->Frame4->setGeometry(m->Frame4->x(), px(tall ? 4100 : 4300), m->Frame4->width(), px(tall ? 735 : 445));
+    m->Player->move(0, px(tall ? -3200 : -3475));
+}
+
 void PlayListPage::SoundRefresh()
 {
     PlayListPage *v = videoPage(), *m = musicPage();
@@ -919,11 +927,9 @@ void PlayListPage::SoundRefresh()
         v->Player->setShowControls(true);
         v->Player->setShowAudioControls(true);
         if (!tracker) {
-            m->Frame4->setGeometry(m->Frame4->x(), px(4300), m->Frame4->width(), px(445));
-            m->Player->move(0, px(-3475));
+            placeMusicControls(m, false);
         } else {
-            m->Frame4->setGeometry(m->Frame4->x(), px(4100), m->Frame4->width(), px(735));
-            m->Player->move(0, px(-3200));
+            placeMusicControls(m, true);
         }
         m->Frame4->show();
         m->Player->show();
@@ -948,8 +954,7 @@ void PlayListPage::TrackerRefresh()
     if (tracker) {
         v->Player->setShowControls(true);
         v->Player->setShowPositionControls(true);
-        m->Frame4->setGeometry(m->Frame4->x(), px(4100), m->Frame4->width(), px(735));
-        m->Player->move(0, px(-3200));
+        placeMusicControls(m, true);
         m->Frame4->show();
         m->Player->show();
         m->Player->setShowControls(true);
@@ -959,8 +964,7 @@ void PlayListPage::TrackerRefresh()
             m->Player->hide();
             m->Frame4->hide();
         } else {
-            m->Frame4->setGeometry(m->Frame4->x(), px(4300), m->Frame4->width(), px(445));
-            m->Player->move(0, px(-3475));
+            placeMusicControls(m, false);
         }
         v->Player->setShowPositionControls(false);
     }
